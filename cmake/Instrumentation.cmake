@@ -1,0 +1,12 @@
+# Sanitizers and coverage hold for the whole tree, tests included.
+if(TARVIO_SANITIZER STREQUAL "address")
+  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+elseif(TARVIO_SANITIZER STREQUAL "thread")
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+endif()
+if(TARVIO_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()

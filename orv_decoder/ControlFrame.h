@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace orv {
+
+/// Command codes of the control protocol.
+enum class ControlCommand : std::uint8_t {
+    MeasurementSequence = 0,
+    Thresholds = 1,
+    FirmwareVersion = 2,
+    NetworkSettings = 3,
+    SensorPositions = 4,
+    AutoCalibration = 5,
+};
+
+/// First payload byte of a request.
+enum class ControlAccess : std::uint8_t {
+    Write = 0,
+    Read = 1,
+    WriteTemporarily = 2, ///< thresholds only: used by the ECU, not stored permanently
+};
+
+/// A request as the ECU sees it: the code may be one that no command has.
+struct ControlRequest
+{
+    std::uint8_t code = 0;
+    std::vector<std::uint8_t> payload;
+};
+
+/// Command code, payload and the checksum over both.
+std::vector<std::uint8_t> encodeRequest(ControlCommand command,
+                                        std::span<const std::uint8_t> payload);
+
+/// The ECU's side: nothing when the checksum is wrong or the frame has no code.
+std::optional<ControlRequest> decodeRequest(std::span<const std::uint8_t> frame);
+
+/// The ECU's side: code, payload, status (0 = success) and the checksum over all three.
+std::vector<std::uint8_t> encodeReply(std::uint8_t code, std::span<const std::uint8_t> payload,
+                                      std::uint8_t status);
+
+/// Checks checksum, code and status of a reply, in this order, and cuts `reply` to its payload.
+/// On failure `error` says why: "checksum error", "wrong reply type", "wrong data size" (no
+/// status byte) or "ECU error (" status ")".
+bool decodeReply(ControlCommand command, std::vector<std::uint8_t>& reply, std::string& error);
+
+} // namespace orv

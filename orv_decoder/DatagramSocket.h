@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace orv {
+
+/// Where a datagram goes.
+struct Ipv4Endpoint
+{
+    std::uint32_t address = 0xFFFFFFFF; ///< in network byte order, as the system converts it
+    std::uint16_t port = 0;
+};
+
+/// Converts dotted text; text that is no address yields 255.255.255.255, which no socket of this
+/// library may send to.
+Ipv4Endpoint ipv4Endpoint(const std::string& address, std::uint16_t port);
+
+/// One IPv4 UDP socket of the operating system, the only place that knows Winsock from BSD
+/// sockets. Its descriptor is released when the object ends.
+class DatagramSocket
+{
+public:
+    DatagramSocket() = default;
+    ~DatagramSocket();
+    DatagramSocket(const DatagramSocket&) = delete;
+    DatagramSocket& operator=(const DatagramSocket&) = delete;
+
+    /// Starts the socket system; cannot fail where the platform has no start-up.
+    bool startUp();
+
+    bool create();
+    void close();
+    bool setReuseAddress();
+    bool bindToAnyAddress(std::uint16_t port);
+
+    /// Bounds every later receive; 0 counts as 1 ms because both platforms read 0 as "for ever".
+    bool setReceiveTimeout(std::uint32_t timeoutMs);
+
+    /// Receives one datagram, cut to the buffer; returns its bytes, 0 on error or timeout.
+    std::size_t receive(std::span<std::uint8_t> buffer);
+
+    /// False unless the whole datagram went out.
+    bool send(std::span<const std::uint8_t> datagram, const Ipv4Endpoint& destination);
+
+private:
+    // Wide enough for a SOCKET as well as for a file descriptor.
+    static constexpr std::intptr_t kNoSocket = -1;
+
+    std::intptr_t mHandle = kNoSocket;
+    bool mStarted = false;
+};
+
+} // namespace orv

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace orv {
+
+/// The ECU's own network settings. An address keeps its first octet in the lowest byte.
+struct EcuNetworkSettings
+{
+    static constexpr std::size_t kWireSize = 22;
+
+    bool valid = false;
+    std::uint32_t ecuIp = 0;
+    std::uint32_t subnetMask = 0;
+    std::uint32_t gateway = 0;
+    std::uint16_t controlPort = 0;
+    std::uint32_t hostIp = 0; ///< where the ECU sends its live streams
+    std::uint16_t receivePort = 0;
+    std::uint16_t freespacePort = 0; ///< 0 = no freespace stream
+
+    bool operator==(const EcuNetworkSettings&) const = default;
+};
+
+/// The 22 bytes of the record; the control port stands behind the receiving port there.
+std::vector<std::uint8_t> encodeNetworkSettings(const EcuNetworkSettings& settings);
+
+/// Decodes the record; `valid` is false unless there are exactly 22 bytes.
+EcuNetworkSettings decodeNetworkSettings(std::span<const std::uint8_t> bytes);
+
+} // namespace orv

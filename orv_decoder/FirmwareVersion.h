@@ -1,0 +1,22 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace orv {
+
+/// The ECU's firmware version, three bytes as received.
+struct FirmwareVersion
+{
+    static constexpr std::size_t kWireSize = 3;
+
+    std::array<std::uint8_t, kWireSize> numbers{};
+
+    /// The numbers in decimal, joined by dots: "2.14.0".
+    std::string text() const;
+
+    bool operator==(const FirmwareVersion&) const = default;
+};
+
+} // namespace orv

@@ -1,0 +1,42 @@
+#include "orv_decoder/MseqStep.h"
+
+#include "orv_decoder/ByteReader.h"
+#include "orv_decoder/ByteWriter.h"
+
+namespace orv {
+
+std::vector<std::uint8_t> encodeStep(const MseqStep& step)
+{
+    ByteWriter writer;
+    writer.u16(step.activeMask);
+    writer.u16(step.passiveMask);
+    writer.u16(step.modulation);
+    writer.u16(step.code);
+    writer.u16(step.fifthValue);
+    return writer.take();
+}
+
+MseqStep decodeStep(std::span<const std::uint8_t> bytes)
+{
+    ByteReader reader(bytes);
+    MseqStep step;
+    step.activeMask = reader.u16();
+    step.passiveMask = reader.u16();
+    step.modulation = reader.u16();
+    step.code = reader.u16();
+    step.fifthValue = reader.u16();
+    step.valid = static_cast<bool>(reader);
+    return step;
+}
+
+MseqStep decodeStepMasks(std::span<const std::uint8_t> bytes)
+{
+    ByteReader reader(bytes);
+    MseqStep step;
+    step.activeMask = reader.u16();
+    step.passiveMask = reader.u16();
+    step.valid = static_cast<bool>(reader);
+    return step;
+}
+
+} // namespace orv

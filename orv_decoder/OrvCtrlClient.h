@@ -1,0 +1,83 @@
+#pragma once
+
+#include "orv_decoder/ControlFrame.h"
+#include "orv_decoder/EcuNetworkSettings.h"
+#include "orv_decoder/FirmwareVersion.h"
+#include "orv_decoder/MseqStep.h"
+#include "orv_decoder/SensorMountPosition.h"
+#include "orv_decoder/SensorThreshold.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace orv {
+
+class OrvCtrlSocketBase;
+
+/// Reads and writes the ECU's configuration, one synchronous exchange an operation.
+///
+/// An operation blocks its caller for at most the socket's receive timeout, retries nothing and
+/// throws nothing. It returns false on failure with the reason in lastError(): "socket: " and the
+/// socket's reason, "checksum error", "wrong reply type", "wrong data size", "ECU error (" status
+/// ")", and what its own comment adds. Output arguments are written on success only.
+class OrvCtrlClient
+{
+public:
+    /// The socket is borrowed. Throws std::runtime_error "Invalid socket pointer" for a null one.
+    explicit OrvCtrlClient(OrvCtrlSocketBase* socket);
+
+    /// Talks through another socket from now on; the same check as the constructor.
+    void setSocket(OrvCtrlSocketBase* socket);
+    OrvCtrlSocketBase* socket() const { return mSocket; }
+
+    std::string lastError() const { return mLastError; }
+
+    /// Also fails with "wrong format" for more than 12 steps or a step that is cut short.
+    bool readMeasurementSequence(std::vector<MseqStep>& steps);
+    /// Sends nothing and fails with "Only 1...12 steps can be set." for any other count.
+    bool writeMeasurementSequence(std::span<const MseqStep> steps);
+
+    /// Also fails with "wrong sensor id" and "wrong scale value read from sensor" (5 or more).
+    bool readThresholds(std::uint8_t sensorId, SensorThreshold& threshold);
+    /// @param permanent false: used by the ECU until its restart only
+    bool writeThresholds(const SensorThreshold& threshold, bool permanent);
+
+    bool readFirmwareVersion(FirmwareVersion& version);
+
+    /// A reply of the wrong size fails with "wrong data format".
+    bool readNetworkSettings(EcuNetworkSettings& settings);
+    /// The ECU applies them after its next restart.
+    bool writeNetworkSettings(const EcuNetworkSettings& settings);
+
+    bool readSensorPositions(SensorMountPositions& positions);
+    bool writeSensorPositions(const SensorMountPositions& positions);
+
+    /// @param sensorIndex 0..11, or kNoSensor when none is selected
+    bool startAutoCalibration(std::uint8_t sensorIndex);
+
+    static constexpr std::int8_t kCalibrationFinished = 0;
+    static constexpr std::int8_t kCalibrationAborted = -1;
+    static constexpr std::int8_t kCalibrationPollFailed = 2;
+
+    /// One of the three values above; any other one means that the calibration is still running.
+    /// kCalibrationPollFailed is also what a failed exchange returns.
+    std::int8_t readAutoCalibrationState();
+
+private:
+    bool exchange(ControlCommand command, std::vector<std::uint8_t>& buffer);
+    bool write(ControlCommand command, ControlAccess access, std::span<const std::uint8_t> record);
+    bool fail(std::string reason);
+
+    OrvCtrlSocketBase* mSocket = nullptr; // borrowed
+    std::string mLastError;
+};
+
+/// Decodes a threshold record read for `sensorId` with the checks that every source of such a
+/// record has to pass. False with the reason in `error`: "wrong data size", "wrong sensor id",
+/// "wrong scale value read from sensor".
+bool checkedThreshold(std::span<const std::uint8_t> bytes, std::uint8_t sensorId,
+                      SensorThreshold& threshold, std::string& error);
+
+} // namespace orv

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orv {
+
+/// Carries one control request to the ECU and its reply back. Nothing throws; a failure leaves
+/// its reason in lastError().
+class OrvCtrlSocketBase
+{
+public:
+    static constexpr std::uint32_t kDefaultReceiveTimeoutMs = 500;
+
+    OrvCtrlSocketBase() = default;
+    virtual ~OrvCtrlSocketBase() = default;
+    OrvCtrlSocketBase(const OrvCtrlSocketBase&) = delete;
+    OrvCtrlSocketBase& operator=(const OrvCtrlSocketBase&) = delete;
+
+    /// Sends the request in `buffer` and replaces it by the reply.
+    virtual bool sendReceive(std::vector<std::uint8_t>& buffer) = 0;
+
+    /// Bounds the wait for the next replies until applyReceiveTimeout() restores the configured
+    /// one.
+    virtual bool setReceiveTimeout(std::uint32_t timeoutMs) = 0;
+
+    /// Goes back to the configured timeout of kDefaultReceiveTimeoutMs.
+    virtual bool applyReceiveTimeout() { return setReceiveTimeout(mReceiveTimeoutMs); }
+
+    /// Reason of the last failure; successes leave it in place.
+    std::string lastError() const { return mLastError; }
+
+protected:
+    /// Keeps the reason and returns false.
+    bool fail(std::string reason)
+    {
+        mLastError = std::move(reason);
+        return false;
+    }
+
+private:
+    std::string mLastError;
+    std::uint32_t mReceiveTimeoutMs = kDefaultReceiveTimeoutMs;
+};
+
+} // namespace orv

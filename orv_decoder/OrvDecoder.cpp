@@ -1,0 +1,131 @@
+#include "orv_decoder/OrvDecoder.h"
+
+#include "orv_decoder/OrvSocketBase.h"
+
+#include <chrono>
+#include <stdexcept>
+#include <utility>
+
+namespace orv {
+
+namespace {
+
+using Clock = std::chrono::high_resolution_clock;
+
+constexpr std::uint32_t kReceiverTimeoutMs = 40;
+constexpr std::chrono::milliseconds kPollPause{1};
+
+void decode(std::span<const std::uint8_t> datagram, OrvMeasurementResult& result)
+{
+    result = decodeMeasurementResult(datagram);
+}
+
+void decode(std::span<const std::uint8_t> datagram, OrvFreespacePackage& package)
+{
+    package = decodeFreespacePackage(datagram);
+}
+
+} // namespace
+
+template<typename T>
+OrvDecoder<T>::OrvDecoder(OrvSocketBase* socket, OrvDecoderMode mode) : mSocket(socket), mMode(mode)
+{
+    if (!mSocket)
+        throw std::runtime_error("Invalid socket pointer");
+    mSocket->open();
+    if (mMode == OrvDecoderMode::Threaded)
+        mReceiver = std::thread(&OrvDecoder::receiverLoop, this);
+}
+
+template<typename T>
+OrvDecoder<T>::~OrvDecoder()
+{
+    mStop = true;
+    if (mReceiver.joinable())
+        mReceiver.join();
+}
+
+template<typename T>
+bool OrvDecoder<T>::take(T& out, std::uint32_t timeoutMs)
+{
+    const bool ready =
+        mMode == OrvDecoderMode::Threaded ? waitForRecord(timeoutMs) : receiveAndDecode(timeoutMs);
+    return ready && takeFront(out);
+}
+
+template<typename T>
+std::string OrvDecoder<T>::lastError() const
+{
+    const std::scoped_lock lock(mMutex);
+    return mLastError;
+}
+
+template<typename T>
+bool OrvDecoder<T>::receiveAndDecode(std::uint32_t timeoutMs)
+{
+    std::vector<std::uint8_t> datagram;
+    if (!mSocket->receive(datagram, timeoutMs))
+        return fail(mSocket->lastError());
+    T record;
+    decode(datagram, record);
+    if (!record.valid)
+        return fail("wrong datagram format");
+    const std::scoped_lock lock(mMutex);
+    mRecords.push_back(std::move(record));
+    return true;
+}
+
+template<typename T>
+void OrvDecoder<T>::receiverLoop()
+{
+    do {
+        // A socket that could not be opened fails without waiting: the pause keeps the core free.
+        if (!receiveAndDecode(kReceiverTimeoutMs))
+            std::this_thread::sleep_for(kPollPause);
+    } while (!mStop);
+}
+
+template<typename T>
+bool OrvDecoder<T>::waitForRecord(std::uint32_t timeoutMs)
+{
+    const auto start = Clock::now();
+    while (!hasRecord()) {
+        const auto elapsed =
+            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+        if (elapsed.count() > std::int64_t{timeoutMs})
+            return fail("timeout");
+        std::this_thread::sleep_for(kPollPause);
+    }
+    return true;
+}
+
+template<typename T>
+bool OrvDecoder<T>::hasRecord() const
+{
+    const std::scoped_lock lock(mMutex);
+    return !mRecords.empty();
+}
+
+template<typename T>
+bool OrvDecoder<T>::takeFront(T& out)
+{
+    const std::scoped_lock lock(mMutex);
+    if (mRecords.empty())
+        return false;
+    out = std::move(mRecords.front());
+    mRecords.pop_front();
+    return true;
+}
+
+template<typename T>
+bool OrvDecoder<T>::fail(std::string reason)
+{
+    const std::scoped_lock lock(mMutex);
+    mLastError = std::move(reason);
+    return false;
+}
+
+template class OrvDecoder<OrvMeasurementResult>;
+template class OrvDecoder<OrvFreespacePackage>;
+
+} // namespace orv

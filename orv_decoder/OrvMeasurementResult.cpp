@@ -1,0 +1,121 @@
+#include "orv_decoder/OrvMeasurementResult.h"
+
+#include "orv_decoder/ByteReader.h"
+#include "orv_decoder/ByteWriter.h"
+#include "orv_decoder/constants.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orv {
+
+namespace {
+
+constexpr std::size_t kMaxEchoCount = 255;
+
+// One raw unit is 51.2 us. Kept in 16 bits: a raw value of 1280 or more wraps.
+std::uint16_t timeOfFlightFromRaw(std::uint16_t raw)
+{
+    return static_cast<std::uint16_t>(std::uint32_t{raw} * 512 / 10);
+}
+
+// Rounded up, the inverse of the truncation above.
+std::uint16_t rawFromTimeOfFlight(std::uint16_t timeOfFlight)
+{
+    return static_cast<std::uint16_t>((std::uint32_t{timeOfFlight} * 10 + 511) / 512);
+}
+
+OrvSensorEcho decodeEcho(ByteReader& reader)
+{
+    OrvSensorEcho echo;
+    echo.timeOfFlight = timeOfFlightFromRaw(reader.u16());
+    echo.magnitude = reader.u8();
+    echo.secondValue = reader.u8();
+    return echo;
+}
+
+void encodeEcho(ByteWriter& writer, const OrvSensorEcho& echo)
+{
+    writer.u16(rawFromTimeOfFlight(echo.timeOfFlight));
+    writer.u8(echo.magnitude);
+    writer.u8(echo.secondValue);
+}
+
+bool decodeSensorBlock(ByteReader& reader, OrvMeasurementResult& result)
+{
+    const std::uint8_t sensorId = reader.u8();
+    const std::uint8_t echoCount = reader.u8();
+    std::vector<OrvSensorEcho> echoes;
+    echoes.reserve(echoCount);
+    for (int i = 0; i < echoCount && reader; ++i)
+        echoes.push_back(decodeEcho(reader));
+    if (!reader)
+        return false;
+    if (!echoes.empty())
+        result.echoes[sensorId] = std::move(echoes);
+    return true;
+}
+
+void encodeSensorBlock(ByteWriter& writer, std::uint8_t sensorId,
+                       std::span<const OrvSensorEcho> echoes)
+{
+    const auto kept = echoes.first(std::min(echoes.size(), kMaxEchoCount));
+    writer.u8(sensorId);
+    writer.u8(static_cast<std::uint8_t>(kept.size()));
+    for (const OrvSensorEcho& echo : kept)
+        encodeEcho(writer, echo);
+}
+
+} // namespace
+
+OrvSensorRole OrvMeasurementResult::role(std::uint8_t sensorId) const
+{
+    if (sensorId >= kSensorCount)
+        return OrvSensorRole::NotInvolved;
+    if ((sendMask >> sensorId) & 1)
+        return OrvSensorRole::Sending;
+    if ((receiveMask >> sensorId) & 1)
+        return OrvSensorRole::ReceivingOnly;
+    return OrvSensorRole::NotInvolved;
+}
+
+OrvMeasurementResult decodeMeasurementResult(std::span<const std::uint8_t> datagram)
+{
+    ByteReader reader(datagram);
+    OrvMeasurementResult result;
+    result.measurementWord = reader.u32();
+    result.sendMask = reader.u16();
+    result.receiveMask = reader.u16();
+    if (!reader)
+        return {};
+    result.hasMasks = true;
+    result.valid = true;
+    if (reader.left() == 0)
+        return result;
+
+    const std::uint8_t blockCount = reader.u8();
+    if (blockCount > kSensorCount)
+        return {};
+    for (int i = 0; i < blockCount && decodeSensorBlock(reader, result); ++i) {
+    }
+    return result;
+}
+
+std::vector<std::uint8_t> encodeMeasurementResult(const OrvMeasurementResult& result)
+{
+    std::vector<std::pair<std::uint8_t, std::span<const OrvSensorEcho>>> blocks;
+    for (const auto& [sensorId, echoes] : result.echoes) {
+        if (sensorId < kSensorCount && !echoes.empty())
+            blocks.emplace_back(sensorId, echoes);
+    }
+    ByteWriter writer;
+    writer.u32(result.measurementWord);
+    writer.u16(result.sendMask);
+    writer.u16(result.receiveMask);
+    writer.u8(static_cast<std::uint8_t>(blocks.size()));
+    for (const auto& [sensorId, echoes] : blocks)
+        encodeSensorBlock(writer, sensorId, echoes);
+    return writer.take();
+}
+
+} // namespace orv

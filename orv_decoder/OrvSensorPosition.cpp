@@ -1,0 +1,18 @@
+#include "orv_decoder/OrvSensorPosition.h"
+
+namespace orv {
+
+OrvSensorPosition planarPosition(const SensorMountPosition& mount)
+{
+    return {.leadingWord = 0, .x = mount.x, .y = mount.y, .direction = mount.yaw};
+}
+
+SensorMountPosition movedTo(SensorMountPosition mount, const OrvSensorPosition& position)
+{
+    mount.x = position.x;
+    mount.y = position.y;
+    mount.yaw = position.direction;
+    return mount;
+}
+
+} // namespace orv

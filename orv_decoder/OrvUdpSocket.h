@@ -1,0 +1,40 @@
+#pragma once
+
+#include "orv_decoder/DatagramSocket.h"
+#include "orv_decoder/OrvSocketBase.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace orv {
+
+/// Receives the datagrams of one live stream on a local port. Used by one thread at a time.
+class OrvUdpSocket : public OrvSocketBase
+{
+public:
+    /// Opens nothing yet.
+    explicit OrvUdpSocket(std::uint16_t port) : mPort(port) {}
+
+    std::uint16_t port() const { return mPort; }
+    bool isOpen() const { return mOpen; }
+
+    /// Binds the port on every local address. Errors: "Can't start win sock",
+    /// "Can't create socket", "Can't set receive timeout" (address reuse), "Can't bind socket".
+    bool open() override;
+
+    /// Closes and opens again, which discards what the system had buffered.
+    /// @param port the new local port; 0 keeps the current one
+    bool reopen(std::uint16_t port);
+
+    /// Receives at most kMaxDatagramSize bytes from any sender. Errors:
+    /// "Can't set receive timeout option", "receive error" (timeout included). On a closed socket
+    /// it fails without a reason.
+    bool receive(std::vector<std::uint8_t>& datagram, std::uint32_t timeoutMs) override;
+
+private:
+    std::uint16_t mPort;
+    bool mOpen = false;
+    DatagramSocket mSocket;
+};
+
+} // namespace orv

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "orv_decoder/constants.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace orv {
+
+/// Where one sensor is mounted on the vehicle.
+struct SensorMountPosition
+{
+    static constexpr std::size_t kWireSize = 12;
+
+    std::int16_t x = 0;       ///< millimetres
+    std::int16_t y = 0;       ///< millimetres
+    std::uint16_t height = 0; ///< millimetres
+    std::uint16_t yaw = 0;    ///< binary angle, 65536 = 360 degrees
+    std::uint16_t pitch = 0;  ///< binary angle
+    std::uint16_t roll = 0;   ///< binary angle
+
+    bool operator==(const SensorMountPosition&) const = default;
+};
+
+/// The whole table, index = sensor number.
+using SensorMountPositions = std::array<SensorMountPosition, kSensorCount>;
+
+/// All twelve records in sensor order, 144 bytes.
+std::vector<std::uint8_t> encodeMountPositions(const SensorMountPositions& positions);
+
+/// False, with `positions` untouched, unless there are exactly 144 bytes.
+bool decodeMountPositions(std::span<const std::uint8_t> bytes, SensorMountPositions& positions);
+
+} // namespace orv

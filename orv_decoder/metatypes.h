@@ -1,0 +1,20 @@
+#pragma once
+
+#include "orv_decoder/OrvFreespacePackage.h"
+#include "orv_decoder/OrvMeasurementResult.h"
+#include "orv_decoder/OrvSensorPosition.h"
+
+#include <QMetaType>
+
+Q_DECLARE_METATYPE(orv::OrvMeasurementResult)
+Q_DECLARE_METATYPE(orv::OrvFreespacePackage)
+Q_DECLARE_METATYPE(orv::OrvSensorPosition)
+Q_DECLARE_METATYPE(orv::OrvSensorRole)
+Q_DECLARE_METATYPE(orv::OrvSensorEcho)
+
+namespace orv {
+
+/// Makes the live records known to Qt by name, so that signals can carry them. Once a program.
+void registerMetaTypes();
+
+} // namespace orv

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// A plain UDP socket on 127.0.0.1 with a port of its own: what stands at the other end of the
+/// sockets under test.
+class LoopbackPeer
+{
+public:
+    LoopbackPeer();
+    ~LoopbackPeer();
+    LoopbackPeer(const LoopbackPeer&) = delete;
+    LoopbackPeer& operator=(const LoopbackPeer&) = delete;
+
+    std::uint16_t port() const { return mPort; }
+
+    /// Sends to a port of 127.0.0.1.
+    void sendTo(std::uint16_t port, const std::vector<std::uint8_t>& datagram);
+
+    /// Sends to whoever the last received datagram came from.
+    void reply(const std::vector<std::uint8_t>& datagram);
+
+    /// The next datagram, or nothing when none came within `timeoutMs`.
+    std::optional<std::vector<std::uint8_t>> receive(int timeoutMs);
+
+private:
+    int mHandle = -1;
+    std::uint16_t mPort = 0;
+    std::uint16_t mLastSenderPort = 0;
+};
+
+/// A UDP port of 127.0.0.1 that was free a moment ago.
+std::uint16_t freeUdpPort();

@@ -1,0 +1,7 @@
+#include "views/recording/OrvgCurveRecordingDialog.h"
+
+OrvgCurveRecordingDialog::OrvgCurveRecordingDialog(orv::OrvCtrlClient*, QWidget* parent)
+    : QDialog(parent)
+{}
+
+void OrvgCurveRecordingDialog::onNewMeasResult(orv::OrvMeasurementResult) {}
