@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QMdiSubWindow>
+
+/// An MDI sub-window that the user can minimize and maximize but not close: neither by a button
+/// nor by the close shortcuts, which every MDI sub-window answers.
+class FixedSubWindow : public QMdiSubWindow
+{
+    Q_OBJECT
+
+public:
+    /// Takes over the view.
+    explicit FixedSubWindow(QWidget* view);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+};

@@ -1,0 +1,32 @@
+#include "app/OrvgAboutDialog.h"
+
+#include "orv_decoder/build_info.h"
+#include "ui_OrvgAboutDialog.h"
+
+#include <QStringList>
+
+namespace {
+
+constexpr QLatin1Char kFill(' ');
+
+} // namespace
+
+OrvgAboutDialog::OrvgAboutDialog(QWidget* parent)
+    : QDialog(parent), mUi(std::make_unique<Ui::OrvgAboutDialog>())
+{
+    mUi->setupUi(this);
+    const QString version = versionOfBuildRecord(QString::fromLatin1(orv::kBuildRecord));
+    const QString commitId = QString::fromLatin1(orv::kCommitId);
+    mUi->infoLabel->setText(tr("<p align=\"center\">Version: %1 (%2)</p>"
+                               "<p align=\"center\"><a href=\"https://maltrex.example\">"
+                               "<b><u>https://maltrex.example</u></b></a></p>")
+                                .arg(version, 0, kFill)
+                                .arg(commitId, 0, kFill));
+}
+
+OrvgAboutDialog::~OrvgAboutDialog() = default;
+
+QString versionOfBuildRecord(const QString& buildRecord)
+{
+    return buildRecord.split(QLatin1Char('-')).value(1);
+}

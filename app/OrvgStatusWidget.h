@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+namespace orv {
+struct FirmwareVersion;
+}
+
+/// Shows in the status bar whether the ECU answers and sends live data: an LED and, while it
+/// answers, its firmware version.
+class OrvgStatusWidget : public QWidget
+{
+public:
+    explicit OrvgStatusWidget(QWidget* parent = nullptr);
+
+    /// The ECU answers.
+    void setConnected(bool connected);
+    bool isConnected() const { return mConnected; }
+
+    /// The ECU answers but sends no live data; counts only while it answers.
+    void setNoLiveData(bool noLiveData);
+    bool hasNoLiveData() const { return mNoLiveData; }
+
+    void setFirmwareVersion(const orv::FirmwareVersion& version);
+    QString firmwareVersion() const { return mFirmwareVersion; }
+
+    /// The resource name of the LED that stands for the state.
+    QString ledImage() const;
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void updateToolTip();
+
+    bool mConnected = false;
+    bool mNoLiveData = false;
+    QString mFirmwareVersion;
+};

@@ -1,0 +1,288 @@
+#include "app/TarvioWindow.h"
+
+#include "app/EcuLink.h"
+#include "app/FixedSubWindow.h"
+#include "app/NetworkSettings.h"
+#include "app/OrvgAboutDialog.h"
+#include "app/OrvgStatusWidget.h"
+#include "ui_TarvioWindow.h"
+#include "views/freespace/OrvgFreespacesView.h"
+#include "views/live/OrvgLiveView.h"
+#include "views/recording/OrvgCurveRecordingDialog.h"
+
+#include <QIcon>
+#include <QMdiSubWindow>
+#include <QSettings>
+
+namespace {
+
+constexpr int kPollIntervalMs = 11;
+constexpr int kFirstProbeMs = 100;
+constexpr std::uint32_t kTakeTimeoutMs = 10;
+constexpr int kConnectionMessageMs = 5000;
+constexpr int kStateVersion = 0;
+
+} // namespace
+
+TarvioWindow::TarvioWindow(QWidget* parent)
+    : QMainWindow(parent), mUi(std::make_unique<Ui::MainWindow>())
+{
+    mUi->setupUi(this);
+    mSettings = new QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("maltrex"),
+                              QStringLiteral("tarvio"), this);
+    if (!settings::hasGroup(*mSettings, settings::kNetworkGroup))
+        writeDefaultNetworkSettings();
+    mLink = std::make_unique<EcuLink>(settings::readNetwork(*mSettings));
+    initViews();
+    startSupervision();
+}
+
+TarvioWindow::~TarvioWindow() = default;
+
+void TarvioWindow::writeDefaultNetworkSettings()
+{
+    settings::writeDefaultNetwork(*mSettings);
+}
+
+void TarvioWindow::initViews()
+{
+    createMdiViews();
+    restoreWindowState();
+    handOutControlClient();
+    fillViewMenu();
+    createStatusWidget();
+    connectLiveData();
+    connectActions();
+}
+
+void TarvioWindow::createMdiViews()
+{
+    mLiveView = new OrvgLiveView(this);
+    QMdiSubWindow* liveWindow = addSubWindow(mLiveView);
+    mFreespacesView = new OrvgFreespacesView(mUi->mSensorPositionView, this);
+    connect(mFreespacesView, &OrvgFreespacesView::editModeActivated, this,
+            &TarvioWindow::onActivateSensorView);
+    addSubWindow(mFreespacesView);
+    mUi->mMdiArea->setActiveSubWindow(liveWindow);
+}
+
+QMdiSubWindow* TarvioWindow::addSubWindow(QWidget* view)
+{
+    auto* window = new FixedSubWindow(view);
+    mUi->mMdiArea->addSubWindow(window, window->windowFlags());
+    window->showMaximized();
+    return window;
+}
+
+void TarvioWindow::restoreWindowState()
+{
+    mWindowState.add(
+        QStringLiteral("geometry"), [this] { return saveGeometry(); },
+        [this](const QByteArray& geometry) { restoreGeometry(geometry); });
+    mWindowState.add(
+        QStringLiteral("state"), [this] { return saveState(kStateVersion); },
+        [this](const QByteArray& state) { restoreState(state, kStateVersion); });
+    mWindowState.addView(QStringLiteral("live_view"), mLiveView);
+    mWindowState.addView(QStringLiteral("freespaces_view"), mFreespacesView);
+    mWindowState.addView(QStringLiteral("thresholds_view"), mUi->mThresholdView);
+    if (!mWindowState.restore(*mSettings))
+        arrangeDocks();
+}
+
+void TarvioWindow::arrangeDocks()
+{
+    tabifyDockWidget(mUi->thresholdDock, mUi->sensorPositionDock);
+    tabifyDockWidget(mUi->thresholdDock, mUi->mseqDock);
+    // Tabbing leaves the last one in front.
+    mUi->thresholdDock->raise();
+}
+
+void TarvioWindow::handOutControlClient()
+{
+    orv::OrvCtrlClient* client = &mLink->client();
+    mUi->mMseqView->setCtrlClient(client);
+    mUi->mThresholdView->setCtrlClient(client);
+    mUi->mSensorPositionView->setCtrlClient(client);
+}
+
+void TarvioWindow::fillViewMenu()
+{
+    const auto addToggle = [this](QDockWidget* dock, const QString& icon) {
+        dock->toggleViewAction()->setIcon(QIcon(icon));
+        mUi->menuView->addAction(dock->toggleViewAction());
+    };
+    addToggle(mUi->mseqDock, QStringLiteral(":/icons/icons/mseq.png"));
+    addToggle(mUi->thresholdDock, QStringLiteral(":/icons/icons/thresholds.png"));
+    addToggle(mUi->sensorPositionDock, QStringLiteral(":/icons/icons/sposition.png"));
+}
+
+void TarvioWindow::createStatusWidget()
+{
+    mStatusWidget = new OrvgStatusWidget(statusBar());
+    statusBar()->addPermanentWidget(mStatusWidget);
+}
+
+void TarvioWindow::connectLiveData()
+{
+    connect(this, &TarvioWindow::measResultReceived, mLiveView, &OrvgLiveView::onNewMeasResult);
+    connect(this, &TarvioWindow::measResultReceived, mUi->mThresholdView,
+            &OrvgThresholdView::onNewMeasResult);
+    connect(this, &TarvioWindow::freespaceReceived, mFreespacesView,
+            &OrvgFreespacesView::onNewFreespacePackage);
+}
+
+void TarvioWindow::connectActions()
+{
+    connect(mUi->actionCapture, &QAction::toggled, this, &TarvioWindow::onCaptureTriggered);
+    connect(mUi->actionConnection, &QAction::triggered, this, &TarvioWindow::onConnectionSettings);
+    connect(mUi->actionEnvelopCurveRecording, &QAction::triggered, this,
+            &TarvioWindow::onEnvelopCurveRecording);
+    connect(mUi->actionAbout, &QAction::triggered, this, &TarvioWindow::onAboutDialog);
+    connect(mUi->actionSaveSettings, &QAction::triggered, this, &TarvioWindow::onSaveToXml);
+    connect(mUi->actionOpenSettings, &QAction::triggered, this, &TarvioWindow::onReadFromXml);
+    connect(mUi->actionExit, &QAction::triggered, this, &TarvioWindow::close);
+    connect(mUi->actionSyncFromECU, &QAction::triggered, this, &TarvioWindow::syncFromEcu);
+    connect(mUi->actionTransmitToECU, &QAction::triggered, this, &TarvioWindow::transmitToEcu);
+}
+
+void TarvioWindow::startSupervision()
+{
+    connect(&mPollTimer, &QTimer::timeout, this, &TarvioWindow::pollingSlot);
+    connect(&mStatusTimer, &QTimer::timeout, this, &TarvioWindow::onStatusTimeout);
+    mStatusTimer.start(mStatusInterval);
+    QTimer::singleShot(kFirstProbeMs, this, &TarvioWindow::onStatusTimeout);
+}
+
+void TarvioWindow::closeEvent(QCloseEvent* event)
+{
+    mWindowState.save(*mSettings);
+    // Imported network values that were not accepted in the connection dialog end with the run.
+    if (settings::hasGroup(*mSettings, settings::kImportedNetworkGroup))
+        mSettings->remove(settings::kImportedNetworkGroup);
+    mSettings->sync();
+    QMainWindow::closeEvent(event);
+}
+
+void TarvioWindow::onCaptureTriggered(bool state)
+{
+    if (!state) {
+        mPollTimer.stop();
+        return;
+    }
+    mLink->discardMeasurementResults();
+    mPollTimer.start(kPollIntervalMs);
+}
+
+void TarvioWindow::pollingSlot()
+{
+    const bool measurement = takeMeasurementResult();
+    const bool freespace = takeFreespacePackage();
+    if (!measurement && !freespace)
+        return;
+    mStatusWidget->setNoLiveData(false);
+    if (!mConnected)
+        mConnected = checkConnection();
+}
+
+bool TarvioWindow::takeMeasurementResult()
+{
+    orv::OrvMeasurementResult result;
+    if (!mLink->take(result, kTakeTimeoutMs))
+        return false;
+    noteLiveRecord();
+    emit measResultReceived(std::move(result));
+    return true;
+}
+
+bool TarvioWindow::takeFreespacePackage()
+{
+    orv::OrvFreespacePackage package;
+    if (!mLink->take(package, kTakeTimeoutMs))
+        return false;
+    noteLiveRecord();
+    emit freespaceReceived(std::move(package));
+    return true;
+}
+
+void TarvioWindow::noteLiveRecord()
+{
+    mStatusWidget->setConnected(true);
+    mStatusTimer.start();
+}
+
+void TarvioWindow::onStatusTimeout()
+{
+    // While capture is on, the poll takes what arrives: here it has taken nothing for a while.
+    const bool received = !mPollTimer.isActive() && mLink->drain();
+    mStatusWidget->setNoLiveData(!received);
+    if (!received) {
+        const bool answered = checkConnection();
+        mStatusWidget->setConnected(answered);
+        mConnected = answered;
+        return;
+    }
+    mStatusWidget->setConnected(true);
+    if (!mConnected)
+        checkConnection();
+    mConnected = true;
+}
+
+bool TarvioWindow::checkConnection()
+{
+    orv::FirmwareVersion version;
+    const bool answered = mLink->probe(version);
+    if (answered && !mConnected)
+        announceConnection(version);
+    if (!answered && mConnected)
+        statusBar()->showMessage(tr("Connection to ECU lost"));
+    return answered;
+}
+
+void TarvioWindow::announceConnection(const orv::FirmwareVersion& version)
+{
+    mStatusWidget->setFirmwareVersion(version);
+    statusBar()->showMessage(
+        tr("ECU (re)connected. Firmware version: %1").arg(mStatusWidget->firmwareVersion()),
+        kConnectionMessageMs);
+    if (mInitialSyncDone)
+        return;
+    mInitialSyncDone = true;
+    syncFromEcu();
+}
+
+// The poll is left running when the dialog is closed: the recording shares it with the views, and
+// capture, toggled on and off, ends it.
+void TarvioWindow::onEnvelopCurveRecording()
+{
+    auto* dialog = new OrvgCurveRecordingDialog(&mLink->client(), this);
+    connect(this, &TarvioWindow::measResultReceived, dialog,
+            &OrvgCurveRecordingDialog::onNewMeasResult);
+    mPollTimer.start();
+    dialog->exec();
+    dialog->deleteLater();
+}
+
+void TarvioWindow::onAboutDialog()
+{
+    OrvgAboutDialog(this).exec();
+}
+
+void TarvioWindow::onActivateSensorView()
+{
+    mUi->sensorPositionDock->raise();
+}
+
+void TarvioWindow::onConnectionSettings() {}
+
+void TarvioWindow::onSaveToXml() {}
+
+void TarvioWindow::onReadFromXml() {}
+
+void TarvioWindow::syncFromEcu() {}
+
+void TarvioWindow::transmitToEcu() {}
+
+bool TarvioWindow::importNetworkSection(QXmlStreamReader&, std::string&)
+{
+    return false;
+}
