@@ -1,5 +1,6 @@
 #include "app/TarvioWindow.h"
 
+#include "app/DockTitleStyle.h"
 #include "app/EcuLink.h"
 #include "app/FixedSubWindow.h"
 #include "app/NetworkSettings.h"
@@ -47,6 +48,7 @@ void TarvioWindow::writeDefaultNetworkSettings()
 void TarvioWindow::initViews()
 {
     createMdiViews();
+    styleDockTitles();
     restoreWindowState();
     handOutControlClient();
     fillViewMenu();
@@ -63,7 +65,10 @@ void TarvioWindow::createMdiViews()
     connect(mFreespacesView, &OrvgFreespacesView::editModeActivated, this,
             &TarvioWindow::onActivateSensorView);
     addSubWindow(mFreespacesView);
-    mUi->mMdiArea->setActiveSubWindow(liveWindow);
+    // The live echoes come first, but being shown brings the last sub-window to the front.
+    QMetaObject::invokeMethod(
+        mUi->mMdiArea, [this, liveWindow] { mUi->mMdiArea->setActiveSubWindow(liveWindow); },
+        Qt::QueuedConnection);
 }
 
 QMdiSubWindow* TarvioWindow::addSubWindow(QWidget* view)
@@ -72,6 +77,14 @@ QMdiSubWindow* TarvioWindow::addSubWindow(QWidget* view)
     mUi->mMdiArea->addSubWindow(window, window->windowFlags());
     window->showMaximized();
     return window;
+}
+
+void TarvioWindow::styleDockTitles()
+{
+    auto* style = new DockTitleStyle;
+    style->setParent(this);
+    for (QDockWidget* dock : {mUi->mseqDock, mUi->thresholdDock, mUi->sensorPositionDock})
+        dock->setStyle(style);
 }
 
 void TarvioWindow::restoreWindowState()

@@ -58,6 +58,7 @@ private:
     void initViews();
     void createMdiViews();
     QMdiSubWindow* addSubWindow(QWidget* view);
+    void styleDockTitles();
     void restoreWindowState();
     void arrangeDocks();
     void handOutControlClient();
