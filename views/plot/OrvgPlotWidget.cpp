@@ -1,21 +1,166 @@
 #include "views/plot/OrvgPlotWidget.h"
 
-OrvgPlotWidget::OrvgPlotWidget(QWidget* parent) : QWidget(parent) {}
+#include <QFile>
+#include <QMessageBox>
+#include <QPainter>
 
-void OrvgPlotWidget::addData(const std::vector<orv::OrvSensorEcho>&) {}
+#include <span>
 
-void OrvgPlotWidget::clear() {}
+namespace {
 
-void OrvgPlotWidget::setMaximumMode(bool) {}
+constexpr QColor kBackground(50, 55, 50);
+constexpr int kMarkRadius = 5;
+constexpr int kVertexRadius = 2;
+constexpr int kSampleRadius = 1;
 
-void OrvgPlotWidget::setThresholds(const orv::ThresholdEntries&) {}
+void drawCircle(QPainter& painter, QPoint center, int radius)
+{
+    painter.drawEllipse(center, radius, radius);
+}
 
-void OrvgPlotWidget::setThresholdsShown(bool) {}
+void drawLines(QPainter& painter, const std::vector<QLine>& lines)
+{
+    painter.drawLines(lines.data(), static_cast<int>(lines.size()));
+}
 
-void OrvgPlotWidget::setThresholdColor(const QColor&) {}
+} // namespace
 
-void OrvgPlotWidget::setMarkedColumn(int) {}
+OrvgPlotWidget::OrvgPlotWidget(QWidget* parent) : QWidget(parent)
+{
+    setWindowTitle(tr("Form"));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    resize(400, 300);
+}
 
-void OrvgPlotWidget::save(const QString&) {}
+void OrvgPlotWidget::addData(const std::vector<orv::OrvSensorEcho>& echoes)
+{
+    mSamples.add(echoes);
+    rebuildPoints();
+}
 
-void OrvgPlotWidget::resetData() {}
+void OrvgPlotWidget::clear()
+{
+    mSamples.clear();
+}
+
+void OrvgPlotWidget::setMaximumMode(bool maximum)
+{
+    mShownValue = maximum ? EchoValue::Maximum : EchoValue::Mean;
+    rebuildPoints();
+}
+
+void OrvgPlotWidget::setThresholds(const orv::ThresholdEntries& entries)
+{
+    mThresholds = entries;
+    rebuildThresholdCurve();
+}
+
+void OrvgPlotWidget::setThresholdsShown(bool shown)
+{
+    mThresholdsShown = shown;
+    update();
+}
+
+void OrvgPlotWidget::setThresholdColor(const QColor& color)
+{
+    mThresholdColor = color;
+    update();
+}
+
+void OrvgPlotWidget::setMarkedColumn(int column)
+{
+    mMarkedColumn = column;
+    update();
+}
+
+void OrvgPlotWidget::save(const QString& fileName)
+{
+    QFile file(fileName);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Text) && writeCsv(mSamples, file) &&
+        file.flush())
+        return;
+    QMessageBox::warning(this, tr("File error"), tr("Can't write to file."));
+}
+
+void OrvgPlotWidget::resetData()
+{
+    clear();
+    rebuildPoints();
+}
+
+void OrvgPlotWidget::resizeEvent(QResizeEvent*)
+{
+    mGridLines = geometryInPixels().gridLines();
+    rebuildThresholdCurve();
+    rebuildPoints();
+}
+
+void OrvgPlotWidget::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), kBackground);
+    paintGrid(painter);
+    if (mThresholdsShown)
+        paintThresholds(painter);
+    paintSamples(painter);
+}
+
+void OrvgPlotWidget::rebuildPoints()
+{
+    mPoints = geometryInPixels().samplePoints(mSamples, mShownValue);
+    mSticks.clear();
+    for (const QPoint& point : mPoints)
+        mSticks.emplace_back(QPoint(point.x(), height()), point);
+    update();
+}
+
+void OrvgPlotWidget::rebuildThresholdCurve()
+{
+    mThresholdVertices = geometryInPixels().thresholdVertices(mThresholds);
+    update();
+}
+
+PlotGeometry OrvgPlotWidget::geometryInPixels() const
+{
+    return PlotGeometry(size());
+}
+
+void OrvgPlotWidget::paintGrid(QPainter& painter) const
+{
+    painter.setPen(QPen(Qt::gray, 1, Qt::DotLine));
+    drawLines(painter, mGridLines);
+}
+
+void OrvgPlotWidget::paintThresholds(QPainter& painter) const
+{
+    const QPen pen(mThresholdColor, 2);
+    painter.setBrush(Qt::gray);
+    QPoint previous(0, mThresholdVertices.front().y());
+    for (int k = 0; k < static_cast<int>(mThresholdVertices.size()); ++k) {
+        const QPoint vertex = mThresholdVertices[static_cast<std::size_t>(k)];
+        if (k == mMarkedColumn) {
+            painter.setPen(Qt::white);
+            drawCircle(painter, vertex, kMarkRadius);
+        }
+        painter.setPen(pen);
+        drawCircle(painter, vertex, kVertexRadius);
+        painter.drawLine(previous, vertex);
+        previous = vertex;
+    }
+    painter.drawLine(previous, QPoint(width(), previous.y()));
+}
+
+void OrvgPlotWidget::paintSamples(QPainter& painter) const
+{
+    if (mPoints.empty())
+        return;
+    painter.setPen(Qt::yellow);
+    painter.setBrush(Qt::yellow);
+    drawCircle(painter, mPoints.front(), kSampleRadius);
+    for (const QPoint& point : std::span(mPoints).subspan(1)) {
+        // A stick of one pixel stays a dot on the bottom line.
+        if (point.y() != height() - 1)
+            drawCircle(painter, point, kSampleRadius);
+    }
+    drawLines(painter, mSticks);
+}

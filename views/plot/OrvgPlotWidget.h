@@ -2,6 +2,8 @@
 
 #include "orv_decoder/OrvMeasurementResult.h"
 #include "orv_decoder/SensorThreshold.h"
+#include "views/plot/EchoSamples.h"
+#include "views/plot/PlotGeometry.h"
 
 #include <QColor>
 #include <QWidget>
@@ -9,6 +11,9 @@
 #include <vector>
 
 /// Draws echo amplitude against time of flight for one sensor, with an optional threshold curve.
+///
+/// Time runs from 0 to 30000 microseconds over the width, amplitude from 0 to full scale over the
+/// height. Each time of flight with echoes is one stick.
 class OrvgPlotWidget : public QWidget
 {
     Q_OBJECT
@@ -38,4 +43,30 @@ public:
 public slots:
     /// Empties the samples and redraws.
     void resetData();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void rebuildPoints();
+    void rebuildThresholdCurve();
+    PlotGeometry geometryInPixels() const;
+
+    void paintGrid(QPainter& painter) const;
+    void paintThresholds(QPainter& painter) const;
+    void paintSamples(QPainter& painter) const;
+
+    EchoSamples mSamples;
+    EchoValue mShownValue = EchoValue::Maximum;
+    orv::ThresholdEntries mThresholds{};
+    QColor mThresholdColor;
+    int mMarkedColumn = -1;
+    bool mThresholdsShown = false;
+
+    // What is painted, in pixels of the current size.
+    std::vector<QLine> mGridLines;
+    PlotGeometry::Vertices mThresholdVertices;
+    std::vector<QPoint> mPoints;
+    std::vector<QLine> mSticks;
 };
