@@ -2,7 +2,6 @@
 
 #include "orv_decoder/FirmwareVersion.h"
 
-#include <QCoreApplication>
 #include <QIcon>
 #include <QPainter>
 
@@ -10,18 +9,13 @@ namespace {
 
 constexpr int kHeight = 22;
 
-QString translated(const char* text)
-{
-    return QCoreApplication::translate("OrvgStatusWidget", text);
-}
-
 } // namespace
 
 OrvgStatusWidget::OrvgStatusWidget(QWidget* parent) : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     setMinimumHeight(kHeight);
-    setAccessibleName(translated("ECU link"));
+    setAccessibleName(tr("ECU link"));
     updateToolTip();
 }
 
@@ -65,11 +59,11 @@ QSize OrvgStatusWidget::sizeHint() const
 void OrvgStatusWidget::updateToolTip()
 {
     if (!mConnected)
-        setToolTip(translated("ECU disconnected."));
+        setToolTip(tr("ECU disconnected."));
     else if (mNoLiveData)
-        setToolTip(translated("ECU online, but not sending live data."));
+        setToolTip(tr("ECU online, but not sending live data."));
     else
-        setToolTip(translated("ECU connected."));
+        setToolTip(tr("ECU connected."));
     setAccessibleDescription(toolTip());
 }
 

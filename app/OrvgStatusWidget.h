@@ -11,6 +11,8 @@ struct FirmwareVersion;
 /// answers, its firmware version.
 class OrvgStatusWidget : public QWidget
 {
+    Q_OBJECT
+
 public:
     explicit OrvgStatusWidget(QWidget* parent = nullptr);
 

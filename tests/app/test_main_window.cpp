@@ -1,0 +1,303 @@
+#include "app/TarvioWindow.h"
+#include "tests/support/LoopbackPeer.h"
+#include "tests/support/TemporaryProfile.h"
+
+#include <QAccessible>
+#include <QAction>
+#include <QDialog>
+#include <QDockWidget>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QtTest>
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void titleSizeAndIcon();
+    void actionsHaveTheirTexts_data();
+    void actionsHaveTheirTexts();
+    void menusHoldTheirEntriesInOrder_data();
+    void menusHoldTheirEntriesInOrder();
+    void toolBarHoldsItsActionsInOrder();
+    void iconButtonsOfTheToolBarHaveToolTips();
+    void captureShowsPlayWhenOffAndPauseWhenOn();
+    void firstStartPutsTheThresholdDockInFront();
+    void dockLayoutSurvivesARestart();
+    void viewStatesAreSavedOnClose();
+    void importedNetworkIsGoneAfterTheClose();
+    void importedNetworkWithoutACloseStays();
+    void subWindowsCannotBeClosed_data();
+    void subWindowsCannotBeClosed();
+    void liveEchoesAreInFront();
+    void editModeRaisesThePositionDock();
+    void aboutDialogOpensFromTheMenu();
+    void exitClosesTheWindow();
+
+private:
+    std::unique_ptr<TemporaryProfile> mProfile;
+};
+
+namespace {
+
+QStringList texts(const QList<QAction*>& actions)
+{
+    QStringList result;
+    for (const QAction* action : actions)
+        result << (action->isSeparator() ? QString("-") : action->text());
+    return result;
+}
+
+std::unique_ptr<TarvioWindow> shownWindow()
+{
+    auto window = std::make_unique<TarvioWindow>();
+    window->show();
+    if (!QTest::qWaitForWindowExposed(window.get()))
+        qFatal("the window did not appear");
+    return window;
+}
+
+bool isInFront(const QDockWidget* dock)
+{
+    return !dock->visibleRegion().isEmpty();
+}
+
+} // namespace
+
+void TestMainWindow::init()
+{
+    mProfile = std::make_unique<TemporaryProfile>();
+    mProfile->setNetwork(freeUdpPort(), freeUdpPort(), freeUdpPort());
+}
+
+void TestMainWindow::titleSizeAndIcon()
+{
+    TarvioWindow window;
+    QCOMPARE(window.windowTitle(), QString("Tarvio"));
+    QCOMPARE(window.size(), QSize(1074, 707));
+    QVERIFY(!window.windowIcon().isNull());
+}
+
+void TestMainWindow::actionsHaveTheirTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shortcut");
+    QTest::addColumn<bool>("hasIcon");
+    QTest::addColumn<bool>("checkable");
+    QTest::newRow("actionAbout") << "&About..."
+                                 << "" << false << false;
+    QTest::newRow("actionExit") << "E&xit"
+                                << "" << false << false;
+    QTest::newRow("actionConnection") << "&Connection..."
+                                      << "" << true << false;
+    QTest::newRow("actionSaveSettings") << "&Export settings..."
+                                        << "Ctrl+S" << true << false;
+    QTest::newRow("actionOpenSettings") << "&Import settings..."
+                                        << "Ctrl+O" << true << false;
+    QTest::newRow("actionCapture") << "&Capture"
+                                   << "" << true << true;
+    QTest::newRow("actionEnvelopCurveRecording") << "&Envelop curve recording ..."
+                                                 << "" << false << false;
+    QTest::newRow("actionSyncFromECU") << "Read all settings from ECU"
+                                       << "" << true << false;
+    QTest::newRow("actionTransmitToECU") << "Transmit all settings to ECU"
+                                         << "" << true << false;
+}
+
+void TestMainWindow::actionsHaveTheirTexts()
+{
+    TarvioWindow window;
+    const auto* action = window.findChild<QAction*>(QTest::currentDataTag());
+    QVERIFY(action);
+    QTEST(action->text(), "text");
+    QTEST(action->shortcut().toString(), "shortcut");
+    QTEST(!action->icon().isNull(), "hasIcon");
+    QTEST(action->isCheckable(), "checkable");
+}
+
+void TestMainWindow::menusHoldTheirEntriesInOrder_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QStringList>("entries");
+    QTest::newRow("0") << "Fi&le"
+                       << QStringList({"&Connection...", "-", "&Import settings...",
+                                       "&Export settings...", "-", "E&xit"});
+    QTest::newRow("1") << "&View"
+                       << QStringList(
+                              {"&Measurement Sequence", "&Threshold control", "Se&nsor Position"});
+    QTest::newRow("2") << "E&CU"
+                       << QStringList({"&Capture", "-", "Read all settings from ECU",
+                                       "Transmit all settings to ECU"});
+    QTest::newRow("3") << "Tools" << QStringList({"&Envelop curve recording ..."});
+    QTest::newRow("4") << "Hel&p" << QStringList({"&About..."});
+}
+
+void TestMainWindow::menusHoldTheirEntriesInOrder()
+{
+    TarvioWindow window;
+    const QList<QAction*> menus = window.menuBar()->actions();
+    QCOMPARE(menus.size(), 5);
+    const QAction* menu = menus.at(QByteArray(QTest::currentDataTag()).toInt());
+    QTEST(menu->text(), "title");
+    QTEST(texts(menu->menu()->actions()), "entries");
+}
+
+void TestMainWindow::toolBarHoldsItsActionsInOrder()
+{
+    TarvioWindow window;
+    const auto* toolBar = window.findChild<QToolBar*>("mainToolBar");
+    QCOMPARE(texts(toolBar->actions()),
+             QStringList({"&Connection...", "-", "&Import settings...", "&Export settings...", "-",
+                          "Read all settings from ECU", "Transmit all settings to ECU", "-",
+                          "&Capture"}));
+}
+
+void TestMainWindow::iconButtonsOfTheToolBarHaveToolTips()
+{
+    TarvioWindow window;
+    auto* toolBar = window.findChild<QToolBar*>("mainToolBar");
+    for (QAction* action : toolBar->actions()) {
+        if (action->isSeparator())
+            continue;
+        auto* button = qobject_cast<QToolButton*>(toolBar->widgetForAction(action));
+        QVERIFY(button && !button->toolTip().isEmpty());
+        QVERIFY(!QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name).isEmpty());
+    }
+}
+
+void TestMainWindow::captureShowsPlayWhenOffAndPauseWhenOn()
+{
+    TarvioWindow window;
+    const QIcon icon = window.findChild<QAction*>("actionCapture")->icon();
+    const QImage off = icon.pixmap(24, QIcon::Normal, QIcon::Off).toImage();
+    const QImage on = icon.pixmap(24, QIcon::Normal, QIcon::On).toImage();
+    QCOMPARE(off, QIcon(":/icons/icons/play.png").pixmap(24).toImage());
+    QCOMPARE(on, QIcon(":/icons/icons/pause.png").pixmap(24).toImage());
+}
+
+void TestMainWindow::firstStartPutsTheThresholdDockInFront()
+{
+    const auto window = shownWindow();
+    auto* threshold = window->findChild<QDockWidget*>("thresholdDock");
+    const auto tabbed = window->tabifiedDockWidgets(threshold);
+    QCOMPARE(tabbed.size(), 2);
+    QVERIFY(tabbed.contains(window->findChild<QDockWidget*>("mseqDock")));
+    QVERIFY(tabbed.contains(window->findChild<QDockWidget*>("sensorPositionDock")));
+    QCOMPARE(window->dockWidgetArea(threshold), Qt::BottomDockWidgetArea);
+    QTRY_VERIFY(isInFront(threshold));
+}
+
+void TestMainWindow::dockLayoutSurvivesARestart()
+{
+    {
+        const auto window = shownWindow();
+        window->resize(900, 640);
+        window->findChild<QDockWidget*>("mseqDock")->close();
+        window->addDockWidget(Qt::LeftDockWidgetArea,
+                              window->findChild<QDockWidget*>("sensorPositionDock"));
+        window->close();
+    }
+    const auto window = shownWindow();
+    QCOMPARE(window->size(), QSize(900, 640));
+    QVERIFY(!window->findChild<QDockWidget*>("mseqDock")->isVisible());
+    QCOMPARE(window->dockWidgetArea(window->findChild<QDockWidget*>("sensorPositionDock")),
+             Qt::LeftDockWidgetArea);
+}
+
+void TestMainWindow::viewStatesAreSavedOnClose()
+{
+    shownWindow()->close();
+    QCOMPARE(mProfile->keys("main_window"),
+             QStringList({"freespaces_view", "geometry", "live_view", "state", "thresholds_view"}));
+}
+
+void TestMainWindow::importedNetworkIsGoneAfterTheClose()
+{
+    mProfile->setValue("network_imported/ecu_ip", "10.0.0.1");
+    shownWindow()->close();
+    QVERIFY(!mProfile->groups().contains("network_imported"));
+    QVERIFY(mProfile->groups().contains("network"));
+}
+
+void TestMainWindow::importedNetworkWithoutACloseStays()
+{
+    mProfile->setValue("network_imported/ecu_ip", "10.0.0.1");
+    TarvioWindow window;
+    QVERIFY(mProfile->groups().contains("network_imported"));
+}
+
+void TestMainWindow::subWindowsCannotBeClosed_data()
+{
+    QTest::addColumn<QKeySequence>("keys");
+    QTest::newRow("Ctrl+W") << QKeySequence("Ctrl+W");
+    QTest::newRow("Ctrl+F4") << QKeySequence("Ctrl+F4");
+}
+
+void TestMainWindow::subWindowsCannotBeClosed()
+{
+    QFETCH(QKeySequence, keys);
+    const auto window = shownWindow();
+    auto* area = window->findChild<QMdiArea*>("mMdiArea");
+    QCOMPARE(area->subWindowList().size(), 2);
+    for (QMdiSubWindow* subWindow : area->subWindowList()) {
+        area->setActiveSubWindow(subWindow);
+        QTest::keySequence(subWindow, keys);
+        QTest::keySequence(window.get(), keys);
+        area->closeActiveSubWindow();
+        QVERIFY(subWindow->isVisible());
+        QVERIFY(!subWindow->windowFlags().testFlag(Qt::WindowCloseButtonHint));
+        QVERIFY(subWindow->windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
+        QVERIFY(subWindow->windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
+    }
+    QCOMPARE(area->subWindowList().size(), 2);
+}
+
+void TestMainWindow::liveEchoesAreInFront()
+{
+    const auto window = shownWindow();
+    auto* area = window->findChild<QMdiArea*>("mMdiArea");
+    QCOMPARE(area->viewMode(), QMdiArea::TabbedView);
+    QVERIFY(area->documentMode());
+    QCOMPARE(area->tabShape(), QTabWidget::Triangular);
+    QTRY_COMPARE(area->activeSubWindow(), area->subWindowList().first());
+    QVERIFY(area->activeSubWindow()->isMaximized());
+}
+
+void TestMainWindow::editModeRaisesThePositionDock()
+{
+    const auto window = shownWindow();
+    auto* positions = window->findChild<QDockWidget*>("sensorPositionDock");
+    QVERIFY(!isInFront(positions));
+    window->onActivateSensorView();
+    QTRY_VERIFY(isInFront(positions));
+}
+
+void TestMainWindow::aboutDialogOpensFromTheMenu()
+{
+    const auto window = shownWindow();
+    QString title;
+    QTimer::singleShot(0, window.get(), [&title] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        title = dialog->windowTitle();
+        dialog->reject();
+    });
+    window->findChild<QAction*>("actionAbout")->trigger();
+    QCOMPARE(title, QString("About Tarvio"));
+}
+
+void TestMainWindow::exitClosesTheWindow()
+{
+    const auto window = shownWindow();
+    window->findChild<QAction*>("actionExit")->trigger();
+    QVERIFY(!window->isVisible());
+}
+
+QTEST_MAIN(TestMainWindow)
+#include "test_main_window.moc"
