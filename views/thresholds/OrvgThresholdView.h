@@ -1,12 +1,19 @@
 #pragma once
 
 #include "orv_decoder/metatypes.h"
+#include "views/thresholds/CalibrationRun.h"
 
 #include <QByteArray>
+#include <QStringList>
 #include <QWidget>
 
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 
+class OrvgThreshItemModel;
+class QModelIndex;
 class QXmlStreamReader;
 class QXmlStreamWriter;
 
@@ -14,24 +21,76 @@ namespace orv {
 class OrvCtrlClient;
 }
 
-/// Edits the echo thresholds of the twelve sensors, reads them from the ECU and writes them.
+namespace Ui {
+class OrvgThresholdView;
+}
+
+/// Edits the echo thresholds of the twelve sensors, reads them from the ECU and writes them, and
+/// shows the curve of the selected sensor over its live echo peaks.
+///
+/// Exchanges with the ECU block. A `silent` call asks nothing; where it returns a bool it also
+/// shows no failure.
 class OrvgThresholdView : public QWidget
 {
     Q_OBJECT
 
 public:
+    using Waiting = std::function<void(int milliseconds)>;
+
     explicit OrvgThresholdView(QWidget* parent = nullptr);
+    ~OrvgThresholdView() override;
 
     /// The client is borrowed; a null one changes nothing.
     void setCtrlClient(orv::OrvCtrlClient* client);
 
+    /// Replaces the sleep between the steps of the automatic calibration.
+    void setCalibrationWaiting(Waiting waiting);
+
+    /// The division between table and plot.
     QByteArray saveState() const;
     bool restoreState(const QByteArray& state);
 
 public slots:
+    /// Reads the selected sensor. A missing selection and a failure are always shown.
+    void onReadThresholds(bool silent = false);
+    /// Returns when the calibration has ended, after 22 seconds and the last reply at the latest.
+    void onAutoCalibrationStart();
+    void onSelectionChanged(const QModelIndex& current, const QModelIndex& previous);
+    void onDataChanged(const QModelIndex& changed);
+    void onScaleChanged(int32_t index);
+    /// Writes the selected sensor, permanently.
+    bool onWriteThresholds(bool silent = false);
     void onNewMeasResult(orv::OrvMeasurementResult result);
+    /// Writes the content of the open section of a settings file.
     void writeXml(QXmlStreamWriter& writer);
+    /// Takes the records of the current section; on failure the model is unchanged.
     bool readFromXml(QXmlStreamReader& reader, std::string& errString);
     bool onReceiveAll(bool silent = false);
     bool onTransmitAll(bool silent = false);
+
+private:
+    void setUpTable();
+    void connectSignals();
+
+    std::uint8_t currentSensor() const;
+    void showSensor(std::uint8_t sensorId);
+    void showCurve(std::uint8_t sensorId);
+    void showScale(std::uint8_t scale);
+    void selectSensor(std::uint8_t sensorId);
+
+    bool readSensor(std::uint8_t sensorId);
+    bool writeSensor(std::uint8_t sensorId);
+    QStringList readAllSensors();
+    bool writeAllSensors();
+
+    CalibrationRun::Ending waitForCalibration();
+    void endCalibration(CalibrationRun::Ending ending, std::uint8_t sensorId);
+    void showCalibrationError(const QString& text);
+
+    std::unique_ptr<Ui::OrvgThresholdView> mUi;
+    OrvgThreshItemModel* mModel;
+    orv::OrvCtrlClient* mClient = nullptr; // borrowed from the window
+    Waiting mCalibrationWaiting;
+    int mLastSelectedRow = -1;
+    bool mIsCalibrating = false;
 };

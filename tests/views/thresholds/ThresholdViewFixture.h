@@ -1,0 +1,87 @@
+#pragma once
+
+#include "orv_decoder/OrvCtrlClient.h"
+#include "tests/support/MessageBoxWatcher.h"
+#include "tests/support/ScriptedControlSocket.h"
+#include "views/plot/OrvgPlotWidget.h"
+#include "views/thresholds/OrvgThreshItemModel.h"
+#include "views/thresholds/OrvgThresholdView.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QComboBox>
+#include <QTableView>
+#include <QToolButton>
+
+#include <vector>
+
+/// A scripted channel that notes for each exchange whether the wait cursor was shown.
+class CursorWatchingSocket : public ScriptedControlSocket
+{
+public:
+    bool sendReceive(std::vector<std::uint8_t>& buffer) override
+    {
+        const QCursor* cursor = QApplication::overrideCursor();
+        hadWaitCursor.push_back(cursor && cursor->shape() == Qt::WaitCursor);
+        return ScriptedControlSocket::sendReceive(buffer);
+    }
+
+    std::vector<bool> hadWaitCursor;
+};
+
+/// A threshold view with a scripted ECU, its parts found by their names.
+class ThresholdViewFixture
+{
+public:
+    ThresholdViewFixture()
+    {
+        view.resize(900, 700);
+        view.setCtrlClient(&client);
+        view.setCalibrationWaiting([](int) {});
+    }
+
+    template<typename Widget>
+    Widget& part(const char* name)
+    {
+        return *view.findChild<Widget*>(QLatin1String(name));
+    }
+
+    QTableView& table() { return part<QTableView>("mTableView"); }
+    QComboBox& scaleBox() { return part<QComboBox>("mScaleCb"); }
+    OrvgPlotWidget& plot() { return part<OrvgPlotWidget>("mPlot"); }
+    OrvgThreshItemModel& model() { return static_cast<OrvgThreshItemModel&>(*table().model()); }
+    void click(const char* button) { part<QToolButton>(button).click(); }
+
+    void select(int row, int column = 0) { table().setCurrentIndex(model().index(row, column)); }
+
+    /// Whether a rise of the echo at `timeOfFlight` is drawn in the plot's bottom rows.
+    bool plotHasStickAt(int timeOfFlight)
+    {
+        const QImage image = plot().grab().toImage();
+        const int x = image.width() * timeOfFlight / 30000;
+        return image.pixelColor(x, image.height() - 1) == QColor(Qt::yellow);
+    }
+
+    void receiveEcho(std::uint8_t sensor, std::uint16_t timeOfFlight)
+    {
+        orv::OrvMeasurementResult result;
+        result.echoes[sensor] = {{.magnitude = 15, .timeOfFlight = timeOfFlight}};
+        view.onNewMeasResult(result);
+    }
+
+    /// Twelve equal entries.
+    static std::vector<std::uint8_t> wireRecord(std::uint8_t sensor, std::uint8_t entry = 0x5F,
+                                                std::uint8_t scale = 1)
+    {
+        std::vector<std::uint8_t> bytes(14, entry);
+        bytes.front() = sensor;
+        bytes.back() = scale;
+        return bytes;
+    }
+
+    CursorWatchingSocket socket;
+    orv::OrvCtrlClient client{&socket};
+    OrvgThresholdView view;
+    QAbstractItemModelTester tester{&model(),
+                                    QAbstractItemModelTester::FailureReportingMode::Fatal};
+};

@@ -1,0 +1,335 @@
+#include "tests/support/screenshots.h"
+#include "tests/views/thresholds/ThresholdViewFixture.h"
+#include "views/thresholds/ThresholdEditor.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QSplitter>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+#include <QtTest>
+
+class ThresholdViewTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { mFixture = std::make_unique<ThresholdViewFixture>(); }
+    void cleanup() { mFixture.reset(); }
+
+    void formHasItsTexts()
+    {
+        QCOMPARE(mFixture->view.windowTitle(), QString("Form"));
+        QCOMPARE(mFixture->part<QLabel>("mScaleLabel").text(),
+                 QString("Threshold scale in passive mode: "));
+        QStringList scales;
+        for (int i = 0; i < mFixture->scaleBox().count(); ++i) {
+            scales << mFixture->scaleBox().itemText(i);
+            QCOMPARE(mFixture->scaleBox().itemData(i).toInt(), i);
+        }
+        QCOMPARE(scales, QStringList({"50%", "62.5%", "81.25%", "100%"}));
+    }
+
+    void buttonsHaveTheirTexts_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("toolTip");
+        QTest::addColumn<QString>("accessibleName");
+        const auto row = [](const char* name, const char* text, const char* toolTip) {
+            QTest::newRow(name) << name << text << toolTip << toolTip;
+        };
+        row("mCalibrateTb", "C", "Auto calibration");
+        row("mReadTb", "R", "Read sensor thresholds");
+        row("mReadAllTb", "...", "Read all thresholds from ECU");
+        row("mWriteTb", "W", "Write sensor thresholds");
+        row("mResetTb", "Reset", "Reset plot peaks");
+        QTest::newRow("mWriteAllTb") << "mWriteAllTb"
+                                     << "..."
+                                     << ""
+                                     << "Write all thresholds to ECU";
+    }
+
+    void buttonsHaveTheirTexts()
+    {
+        QFETCH(QString, name);
+        const auto* button = mFixture->view.findChild<QToolButton*>(name);
+        QTEST(button->text(), "text");
+        QTEST(button->toolTip(), "toolTip");
+        QTEST(button->accessibleName(), "accessibleName");
+    }
+
+    void tableFillsItsWidthAndFitsItsRows()
+    {
+        QCOMPARE(mFixture->table().horizontalHeader()->sectionResizeMode(5), QHeaderView::Stretch);
+        QCOMPARE(mFixture->table().verticalHeader()->sectionResizeMode(5),
+                 QHeaderView::ResizeToContents);
+    }
+
+    void firstSelectionShowsCurveAndScale()
+    {
+        mFixture->model().setScale(0, 3);
+        QCOMPARE(orangePixels(), 0);
+        mFixture->select(0);
+        QVERIFY(orangePixels() > 100);
+        QCOMPARE(mFixture->scaleBox().currentText(), QString("100%"));
+    }
+
+    void anotherRowEmptiesThePeaksAnotherColumnDoesNot()
+    {
+        mFixture->select(2);
+        mFixture->receiveEcho(2, 15000);
+        mFixture->select(2, 5);
+        QVERIFY(mFixture->plotHasStickAt(15000));
+        mFixture->select(3, 5);
+        QVERIFY(!mFixture->plotHasStickAt(15000));
+    }
+
+    void currentColumnIsMarked()
+    {
+        mFixture->model().setRecord(curve(2));
+        mFixture->select(2, 0);
+        const QPoint first = brightWhite();
+        mFixture->select(2, 4);
+        QVERIFY(first.x() >= 0);
+        QVERIFY(brightWhite().x() > first.x());
+    }
+
+    void invalidIndexChangesNothing()
+    {
+        mFixture->select(2);
+        const QImage before = mFixture->plot().grab().toImage();
+        mFixture->view.onSelectionChanged({}, {});
+        mFixture->view.onDataChanged({});
+        QCOMPARE(mFixture->plot().grab().toImage(), before);
+    }
+
+    void rowsBehindTheSensorsChangeNothing()
+    {
+        mFixture->select(2);
+        mFixture->model().insertRow(12);
+        const QImage before = mFixture->plot().grab().toImage();
+        mFixture->select(12);
+        mFixture->receiveEcho(12, 15000);
+        mFixture->view.onScaleChanged(0);
+        QCOMPARE(mFixture->plot().grab().toImage(), before);
+        QVERIFY(!mFixture->view.onWriteThresholds());
+        QVERIFY(mFixture->socket.requests().empty());
+    }
+
+    void editMovesTheCurveAndKeepsThePeaks()
+    {
+        mFixture->select(2);
+        mFixture->receiveEcho(2, 15000);
+        const QImage before = mFixture->plot().grab().toImage();
+        mFixture->model().setData(mFixture->model().index(2, 3), QPoint(6, 30));
+        QVERIFY(mFixture->plot().grab().toImage() != before);
+        QVERIFY(mFixture->plotHasStickAt(15000));
+    }
+
+    void chosenScaleGoesToTheSelectedSensor()
+    {
+        mFixture->view.onScaleChanged(0); // nothing selected
+        mFixture->select(7);
+        QTest::keyClick(&mFixture->scaleBox(), Qt::Key_Up);
+        QCOMPARE(mFixture->model().record(7).scale, std::uint8_t{1});
+        QCOMPARE(mFixture->model().record(0).scale, std::uint8_t{2});
+    }
+
+    void liveEchoesOfTheSelectedSensorAloneAreShown()
+    {
+        mFixture->receiveEcho(0, 15000);
+        QVERIFY(!mFixture->plotHasStickAt(15000));
+        mFixture->select(2);
+        mFixture->receiveEcho(3, 15000);
+        mFixture->receiveEcho(255, 15000);
+        QVERIFY(!mFixture->plotHasStickAt(15000));
+        mFixture->receiveEcho(2, 15000);
+        QVERIFY(mFixture->plotHasStickAt(15000));
+    }
+
+    void resetButtonEmptiesThePeaks()
+    {
+        mFixture->select(2);
+        mFixture->receiveEcho(2, 15000);
+        mFixture->click("mResetTb");
+        QVERIFY(!mFixture->plotHasStickAt(15000));
+    }
+
+    void editNearTheRightEdgeReachesTheWire()
+    {
+        mFixture->socket.queueReply(1, {});
+        ThresholdEditor* editor = openEditor(5, 11);
+        QVERIFY(editor);
+        const QRect view(mFixture->table().viewport()->mapToGlobal(QPoint()),
+                         mFixture->table().viewport()->size());
+        QVERIFY(view.right() - editor->frameGeometry().right() >= 19);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
+        QTest::keyClick(box(editor, "mLevelCb"), Qt::Key_Home);
+        QTest::keyClick(box(editor, "mLevelCb"), Qt::Key_Down);
+        QTest::keyClick(box(editor, "mLevelCb"), Qt::Key_Return);
+        QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+        QTest::mouseClick(&mFixture->part<QToolButton>("mWriteTb"), Qt::LeftButton);
+        QCOMPARE(mFixture->socket.requests().size(), 1U);
+        QCOMPARE(mFixture->socket.requests()[0][2], std::uint8_t{5});
+        QCOMPARE(mFixture->socket.requests()[0][14], std::uint8_t{0xFE});
+    }
+
+    void escapeKeepsTheCell()
+    {
+        ThresholdEditor* editor = openEditor(5, 3);
+        QVERIFY(editor);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Escape);
+        QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+        QCOMPARE(mFixture->model().record(5).entries[3], std::uint8_t{0});
+    }
+
+    void clickBesideTheEditorTakesItsChoice()
+    {
+        ThresholdEditor* editor = openEditor(5, 3);
+        QVERIFY(editor);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
+        QTest::mouseClick(editor, Qt::LeftButton, {}, {-40, -40});
+        QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+        QCOMPARE(mFixture->model().record(5).entries[3], std::uint8_t{0xE0});
+    }
+
+    void stateIsTheDivisionOfTableAndPlot()
+    {
+        mFixture->view.show();
+        auto& splitter = mFixture->part<QSplitter>("mSplitter");
+        splitter.setSizes({200, 400});
+        const QList<int> sizes = splitter.sizes();
+        const QByteArray state = mFixture->view.saveState();
+        splitter.setSizes({400, 200});
+        QVERIFY(mFixture->view.restoreState(state));
+        QCOMPARE(splitter.sizes(), sizes);
+        QVERIFY(!mFixture->view.restoreState("no state"));
+    }
+
+    void settingsFileRestoresAllSensors()
+    {
+        mFixture->model().setRecord(curve(2));
+        mFixture->model().setScale(11, 0);
+        const QString text = section();
+        ThresholdViewFixture other;
+        QVERIFY(read(other, text).empty());
+        QCOMPARE(other.model().record(2).entries, curve(2).entries);
+        QCOMPARE(other.model().record(11).scale, std::uint8_t{0});
+    }
+
+    void settingsFileHoldsTheFreshRecordsToo()
+    {
+        const QString first =
+            "<Thresholds><Sensor id=\"0\"><![CDATA[AAAAAAAAAAAAAAAAAAI=]]></Sensor>";
+        QVERIFY2(section().startsWith(first), qPrintable(section()));
+        QCOMPARE(section().count("<Sensor "), 12);
+    }
+
+    void importKeepsTheSelectedSensorInThePlot()
+    {
+        mFixture->model().setRecord(curve(2));
+        mFixture->model().setScale(2, 3);
+        const QString text = section();
+        ThresholdViewFixture other;
+        other.select(2);
+        QVERIFY(read(other, text).empty());
+        QCOMPARE(other.scaleBox().currentText(), QString("100%"));
+        mFixture->select(2);
+        QCOMPARE(other.plot().grab().toImage(), mFixture->plot().grab().toImage());
+    }
+
+    void refusedImportChangesNothing()
+    {
+        const auto before = mFixture->model().records();
+        const QString text = section().replace("id=\"11\"", "id=\"12\"").replace("AAI=", "AAE=");
+        QCOMPARE(read(*mFixture, text), std::string("wrong id value"));
+        QCOMPARE(mFixture->model().records(), before);
+    }
+
+    void looksAsInTheGuide()
+    {
+        mFixture->model().setRecord(curve(2));
+        mFixture->select(2, 4);
+        mFixture->receiveEcho(2, 614);
+        mFixture->receiveEcho(2, 11724);
+        mFixture->view.show();
+        QVERIFY(mFixture->plotHasStickAt(614));
+        saveScreenshot(mFixture->view, "thresholds");
+        ThresholdEditor* editor = openEditor(2, 4);
+        QVERIFY(editor);
+        saveScreenshot(*editor, "thresholds-editor");
+    }
+
+private:
+    static orv::SensorThreshold curve(std::uint8_t sensor)
+    {
+        return {.valid = true,
+                .sensorId = sensor,
+                .entries = {0x5F, 0x5C, 0x56, 0x70, 0x6C, 0x8A, 0x88, 0x86, 0xA5, 0xA4, 0xA3, 0xC2},
+                .scale = 2};
+    }
+
+    int orangePixels()
+    {
+        const QImage image = mFixture->plot().grab().toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                count += image.pixelColor(x, y) == QColor("orange");
+        return count;
+    }
+
+    // The leftmost pixel of the white mark, or (-1, -1).
+    QPoint brightWhite()
+    {
+        const QImage image = mFixture->plot().grab().toImage();
+        for (int x = 0; x < image.width(); ++x)
+            for (int y = 0; y < image.height(); ++y)
+                if (image.pixelColor(x, y) == QColor(Qt::white))
+                    return {x, y};
+        return {-1, -1};
+    }
+
+    ThresholdEditor* openEditor(int row, int column)
+    {
+        mFixture->view.show();
+        QTableView& table = mFixture->table();
+        const QModelIndex cell = mFixture->model().index(row, column);
+        table.scrollTo(cell);
+        const QPoint center = table.visualRect(cell).center();
+        QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, center);
+        QTest::mouseDClick(table.viewport(), Qt::LeftButton, {}, center);
+        return table.findChild<ThresholdEditor*>();
+    }
+
+    static QComboBox* box(ThresholdEditor* editor, const char* name)
+    {
+        return editor->findChild<QComboBox*>(QLatin1String(name));
+    }
+
+    QString section()
+    {
+        QString text;
+        QXmlStreamWriter writer(&text);
+        writer.writeStartElement("Thresholds");
+        mFixture->view.writeXml(writer);
+        writer.writeEndElement();
+        return text;
+    }
+
+    // The error text, empty for success.
+    static std::string read(ThresholdViewFixture& fixture, const QString& text)
+    {
+        QXmlStreamReader reader(text);
+        reader.readNextStartElement();
+        std::string error;
+        return fixture.view.readFromXml(reader, error) ? std::string() : error;
+    }
+
+    std::unique_ptr<ThresholdViewFixture> mFixture;
+};
+
+QTEST_MAIN(ThresholdViewTest)
+#include "test_threshold_view.moc"

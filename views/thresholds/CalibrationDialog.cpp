@@ -1,0 +1,32 @@
+#include "views/thresholds/CalibrationDialog.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QProgressBar>
+
+CalibrationDialog::CalibrationDialog(QWidget* parent)
+    : QProgressDialog(tr("Auto calibrating thresholds..."), tr("Abort"), 0, 100, parent)
+    , mBar(new QProgressBar(this))
+{
+    // The signal would hide the dialog while the ECU is still at work.
+    disconnect(this, SIGNAL(canceled()), this, SLOT(cancel()));
+    mBar->setTextVisible(false);
+    setBar(mBar);
+    setWindowModality(Qt::WindowModal);
+    setAutoClose(false);
+    setAutoReset(false);
+    setValue(0);
+}
+
+// QProgressDialog::setValue() would use the dialog after the events that may have destroyed it.
+void CalibrationDialog::showStep(int value, bool inverted)
+{
+    mBar->setInvertedAppearance(inverted);
+    mBar->setValue(value);
+    QCoreApplication::processEvents();
+}
+
+void CalibrationDialog::closeEvent(QCloseEvent* event)
+{
+    event->ignore();
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QProgressDialog>
+
+class QProgressBar;
+
+/// The busy indicator of a running calibration. It blocks its window and stays until it is
+/// destroyed: neither "Abort" nor the Escape key ends what the ECU does.
+class CalibrationDialog : public QProgressDialog
+{
+    Q_OBJECT
+
+public:
+    explicit CalibrationDialog(QWidget* parent);
+
+    /// Shows the value 0..100 and processes the events that wait, which may destroy the dialog.
+    void showStep(int value, bool inverted);
+
+    void reject() override {}
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QProgressBar* mBar;
+};

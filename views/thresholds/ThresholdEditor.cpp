@@ -1,0 +1,55 @@
+#include "views/thresholds/ThresholdEditor.h"
+
+#include "orv_decoder/tables.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+
+#include <ranges>
+
+namespace {
+
+constexpr int kLastTimeIndex = static_cast<int>(orv::kSegmentDurationsUs.size()) - 1;
+constexpr int kLastLevelIndex = static_cast<int>(orv::kThresholdLevels.size()) - 1;
+
+void addTimes(QComboBox& box)
+{
+    for (const double durationUs : orv::kSegmentDurationsUs | std::views::reverse)
+        box.addItem(ThresholdEditor::tr("%1 ms").arg(durationUs / 1000));
+}
+
+void addLevels(QComboBox& box)
+{
+    for (const float level : orv::kThresholdLevels | std::views::reverse)
+        box.addItem(QStringLiteral("%1").arg(double{level}, 5, 'f', 5));
+}
+
+} // namespace
+
+ThresholdEditor::ThresholdEditor(QWidget* parent)
+    : QFrame(parent, Qt::Popup | Qt::FramelessWindowHint)
+    , mTimeCb(new QComboBox(this))
+    , mLevelCb(new QComboBox(this))
+{
+    setFrameShape(QFrame::Box);
+    setFocusProxy(mTimeCb);
+    mTimeCb->setObjectName(QStringLiteral("mTimeCb"));
+    mLevelCb->setObjectName(QStringLiteral("mLevelCb"));
+    addTimes(*mTimeCb);
+    addLevels(*mLevelCb);
+    auto* layout = new QFormLayout(this);
+    layout->setContentsMargins(5, 2, 5, 2);
+    layout->addRow(tr("? t"), mTimeCb);
+    layout->addRow(tr("Val"), mLevelCb);
+}
+
+QPoint ThresholdEditor::indexes() const
+{
+    return {kLastTimeIndex - mTimeCb->currentIndex(), kLastLevelIndex - mLevelCb->currentIndex()};
+}
+
+void ThresholdEditor::setIndexes(QPoint indexes)
+{
+    mTimeCb->setCurrentIndex(kLastTimeIndex - indexes.x());
+    mLevelCb->setCurrentIndex(kLastLevelIndex - indexes.y());
+}
