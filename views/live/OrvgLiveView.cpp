@@ -1,15 +1,149 @@
 #include "views/live/OrvgLiveView.h"
 
-OrvgLiveView::OrvgLiveView(QWidget* parent) : QWidget(parent) {}
+#include "ui_OrvgLiveView.h"
+#include "views/live/OrvgSignalLineWidget.h"
+#include "views/live/OrvgSignalWidget.h"
+#include "views/live/echo_texts.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QRadioButton>
+#include <QSpacerItem>
+#include <QStyle>
+#include <QTableWidgetItem>
+
+#include <algorithm>
+
+namespace {
+
+enum EchoColumn { TimeOfFlightColumn, MagnitudeColumn, EchoColumnCount };
+
+const std::vector<orv::OrvSensorEcho>& echoesOf(const orv::OrvMeasurementResult& result,
+                                                std::uint8_t sensor)
+{
+    static const std::vector<orv::OrvSensorEcho> kNoEchoes;
+    const auto found = result.echoes.find(sensor);
+    return found == result.echoes.end() ? kNoEchoes : found->second;
+}
+
+// The narrowest pane breaks the longer header into three lines; a header that wraps its texts
+// asks for the height of one line only.
+int wrappedHeaderHeight(const QTableWidget& table)
+{
+    const int margin = table.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, &table);
+    return 3 * table.fontMetrics().lineSpacing() + margin;
+}
+
+bool hasFirstEcho(const std::vector<orv::OrvSensorEcho>& echoes)
+{
+    return !echoes.empty() && echoes.front().timeOfFlight != 0;
+}
+
+} // namespace
+
+OrvgLiveView::OrvgLiveView(QWidget* parent)
+    : QWidget(parent), mUi(std::make_unique<Ui::OrvgLiveView>())
+{
+    mUi->setupUi(this);
+    createEchoTable();
+    createTimelines();
+}
+
+OrvgLiveView::~OrvgLiveView() = default;
 
 QByteArray OrvgLiveView::saveState() const
 {
-    return {};
+    return mUi->mSplitter->saveState();
 }
 
-bool OrvgLiveView::restoreState(const QByteArray&)
+bool OrvgLiveView::restoreState(const QByteArray& state)
 {
-    return false;
+    return mUi->mSplitter->restoreState(state);
 }
 
-void OrvgLiveView::onNewMeasResult(orv::OrvMeasurementResult) {}
+void OrvgLiveView::onRadioButtonToggled(bool state)
+{
+    if (state && sender())
+        mSelectedSensor = sender()->objectName().toInt();
+}
+
+void OrvgLiveView::onSignalWidgetClicked(OrvgSignalWidget* widget)
+{
+    if (widget)
+        showSignalInfo(widget->echoes());
+}
+
+void OrvgLiveView::onNewMeasResult(const orv::OrvMeasurementResult& result)
+{
+    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
+        const auto& echoes = echoesOf(result, sensor);
+        mLines[sensor]->addMeasurement(echoes, result.role(sensor));
+        if (sensor == mSelectedSensor && hasFirstEcho(echoes))
+            showSignalInfo(echoes);
+    }
+}
+
+void OrvgLiveView::createEchoTable()
+{
+    QTableWidget* table = mUi->echoTable;
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table->verticalHeader()->setMinimumSectionSize(table->fontMetrics().lineSpacing());
+    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table->horizontalHeader()->setMinimumHeight(wrappedHeaderHeight(*table));
+    for (int column = 0; column < EchoColumnCount; ++column)
+        table->horizontalHeaderItem(column)->setTextAlignment(Qt::AlignCenter | Qt::TextWordWrap);
+    for (int row = 0; row < table->rowCount(); ++row) {
+        for (int column = 0; column < EchoColumnCount; ++column) {
+            auto* cell = new QTableWidgetItem;
+            cell->setTextAlignment(Qt::AlignCenter);
+            table->setItem(row, column, cell);
+        }
+    }
+}
+
+void OrvgLiveView::createTimelines()
+{
+    for (int sensor = 0; sensor < orv::kSensorCount; ++sensor)
+        createTimeline(sensor);
+    mUi->verticalLayout->addItem(
+        new QSpacerItem(20, 40, QSizePolicy::Minimum, QSizePolicy::Expanding));
+}
+
+void OrvgLiveView::createTimeline(int sensor)
+{
+    auto* button = new QRadioButton(QString::number(sensor + 1), mUi->scrollAreaWidgetContents);
+    button->setObjectName(QString::number(sensor));
+    button->setAccessibleName(tr("Sensor %1").arg(sensor + 1));
+    button->setMinimumWidth(40);
+    button->setChecked(sensor == mSelectedSensor);
+    auto* line = new OrvgSignalLineWidget(mUi->scrollAreaWidgetContents);
+    line->setAccessibleName(tr("Timeline of sensor %1").arg(sensor + 1));
+    mLines[static_cast<std::size_t>(sensor)] = line;
+
+    auto* row = new QHBoxLayout;
+    row->addSpacing(2);
+    row->addWidget(button, 1);
+    row->addSpacing(5);
+    row->addWidget(line, 50);
+    mUi->verticalLayout->addLayout(row);
+
+    connect(button, &QRadioButton::toggled, this, &OrvgLiveView::onRadioButtonToggled);
+    connect(line, &OrvgSignalLineWidget::signalWidgetClicked, this,
+            &OrvgLiveView::onSignalWidgetClicked);
+}
+
+void OrvgLiveView::showSignalInfo(const std::vector<orv::OrvSensorEcho>& echoes)
+{
+    mUi->signalWidget->setSignal(echoes);
+    // Rows beyond the echoes keep the texts of an earlier, longer list.
+    const int rows = std::min(mUi->echoTable->rowCount(), static_cast<int>(echoes.size()));
+    for (int row = 0; row < rows; ++row)
+        showEchoRow(row, echoes[static_cast<std::size_t>(row)]);
+}
+
+void OrvgLiveView::showEchoRow(int row, const orv::OrvSensorEcho& echo)
+{
+    const EchoTexts texts = echoTexts(echo);
+    mUi->echoTable->item(row, TimeOfFlightColumn)->setText(texts.timeOfFlight);
+    mUi->echoTable->item(row, MagnitudeColumn)->setText(texts.magnitude);
+}

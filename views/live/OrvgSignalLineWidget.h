@@ -1,0 +1,44 @@
+#pragma once
+
+#include "orv_decoder/metatypes.h"
+
+#include <QFrame>
+#include <QList>
+
+#include <vector>
+
+class OrvgSignalWidget;
+class QHBoxLayout;
+
+/// One sensor's timeline: a picture for each result, the newest at the right end. It has as many
+/// pictures as fit and scrolls to the left with each result.
+class OrvgSignalLineWidget : public QFrame
+{
+    Q_OBJECT
+
+public:
+    explicit OrvgSignalLineWidget(QWidget* parent = nullptr);
+
+    /// Oldest first. The number of pictures follows the width with the next result only.
+    const QList<OrvgSignalWidget*>& items() const { return mItems; }
+
+    /// Number of pictures that the present width asks for; 0 when it is too narrow for one.
+    int itemCount() const;
+
+public slots:
+    void addMeasurement(const std::vector<orv::OrvSensorEcho>& echos, orv::OrvSensorRole role);
+
+signals:
+    void signalWidgetClicked(OrvgSignalWidget* widget);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    void prependEmptyItem();
+    void adjustItems();
+    void shiftLeft();
+
+    QHBoxLayout* mLayout;            // this widget's layout
+    QList<OrvgSignalWidget*> mItems; // children
+};
