@@ -50,6 +50,8 @@ void OrvgThresholdView::setUpTable()
     QTableView* table = mUi->mTableView;
     table->setModel(mModel);
     table->setItemDelegate(new OrvgThresholdItemDelegate(table));
+    table->resizeColumnsToContents();
+    table->horizontalHeader()->setMinimumSectionSize(table->columnWidth(0));
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     table->resizeRowsToContents();

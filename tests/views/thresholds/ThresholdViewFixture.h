@@ -58,7 +58,7 @@ public:
     bool plotHasStickAt(int timeOfFlight)
     {
         const QImage image = plot().grab().toImage();
-        const int x = image.width() * timeOfFlight / 30000;
+        const int x = plot().width() * timeOfFlight / 30000 * plot().devicePixelRatio();
         return image.pixelColor(x, image.height() - 1) == QColor(Qt::yellow);
     }
 

@@ -66,6 +66,15 @@ private slots:
                  QHeaderView::ResizeToContents);
     }
 
+    void cellsKeepTheirTwoLinesInANarrowDock()
+    {
+        mFixture->view.show();
+        mFixture->view.resize(300, 700);
+        const QTableView& table = mFixture->table();
+        QVERIFY(table.columnWidth(0) >= table.fontMetrics().horizontalAdvance("0.20ms"));
+        QVERIFY(table.rowHeight(0) < 3 * table.fontMetrics().height());
+    }
+
     void firstSelectionShowsCurveAndScale()
     {
         mFixture->model().setScale(0, 3);
