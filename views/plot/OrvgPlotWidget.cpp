@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QPainter>
+#include <QtMath>
 
 #include <span>
 
@@ -16,11 +17,6 @@ constexpr int kSampleRadius = 1;
 void drawCircle(QPainter& painter, QPoint center, int radius)
 {
     painter.drawEllipse(center, radius, radius);
-}
-
-void drawLines(QPainter& painter, const std::vector<QLine>& lines)
-{
-    painter.drawLines(lines.data(), static_cast<int>(lines.size()));
 }
 
 } // namespace
@@ -90,19 +86,33 @@ void OrvgPlotWidget::resetData()
 
 void OrvgPlotWidget::resizeEvent(QResizeEvent*)
 {
-    mGridLines = geometryInPixels().gridLines();
+    mBackground = {};
     rebuildThresholdCurve();
     rebuildPoints();
 }
 
 void OrvgPlotWidget::paintEvent(QPaintEvent*)
 {
+    if (mBackground.isNull() || mBackground.devicePixelRatioF() != devicePixelRatioF())
+        rebuildBackground();
     QPainter painter(this);
-    painter.fillRect(rect(), kBackground);
-    paintGrid(painter);
+    painter.drawPixmap(0, 0, mBackground);
     if (mThresholdsShown)
         paintThresholds(painter);
     paintSamples(painter);
+}
+
+// Dotted lines take longer than all the rest, so they are drawn once for each size.
+void OrvgPlotWidget::rebuildBackground()
+{
+    const qreal ratio = devicePixelRatioF();
+    mBackground = QPixmap(qCeil(width() * ratio), qCeil(height() * ratio));
+    mBackground.setDevicePixelRatio(ratio);
+    mBackground.fill(kBackground);
+    QPainter painter(&mBackground);
+    painter.setPen(QPen(Qt::gray, 1, Qt::DotLine));
+    const std::vector<QLine> lines = geometryInPixels().gridLines();
+    painter.drawLines(lines.data(), static_cast<int>(lines.size()));
 }
 
 void OrvgPlotWidget::rebuildPoints()
@@ -110,7 +120,7 @@ void OrvgPlotWidget::rebuildPoints()
     mPoints = geometryInPixels().samplePoints(mSamples, mShownValue);
     mSticks.clear();
     for (const QPoint& point : mPoints)
-        mSticks.emplace_back(QPoint(point.x(), height()), point);
+        mSticks.emplace_back(point, QSize(1, height() - point.y()));
     update();
 }
 
@@ -123,12 +133,6 @@ void OrvgPlotWidget::rebuildThresholdCurve()
 PlotGeometry OrvgPlotWidget::geometryInPixels() const
 {
     return PlotGeometry(size());
-}
-
-void OrvgPlotWidget::paintGrid(QPainter& painter) const
-{
-    painter.setPen(QPen(Qt::gray, 1, Qt::DotLine));
-    drawLines(painter, mGridLines);
 }
 
 void OrvgPlotWidget::paintThresholds(QPainter& painter) const
@@ -162,5 +166,7 @@ void OrvgPlotWidget::paintSamples(QPainter& painter) const
         if (point.y() != height() - 1)
             drawCircle(painter, point, kSampleRadius);
     }
-    drawLines(painter, mSticks);
+    // Upright lines of one pixel as rectangles: a tenth of the time.
+    painter.setPen(Qt::NoPen);
+    painter.drawRects(mSticks.data(), static_cast<int>(mSticks.size()));
 }

@@ -6,6 +6,8 @@
 #include "views/plot/PlotGeometry.h"
 
 #include <QColor>
+#include <QPixmap>
+#include <QRect>
 #include <QWidget>
 
 #include <vector>
@@ -49,11 +51,11 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void rebuildBackground();
     void rebuildPoints();
     void rebuildThresholdCurve();
     PlotGeometry geometryInPixels() const;
 
-    void paintGrid(QPainter& painter) const;
     void paintThresholds(QPainter& painter) const;
     void paintSamples(QPainter& painter) const;
 
@@ -65,8 +67,8 @@ private:
     bool mThresholdsShown = false;
 
     // What is painted, in pixels of the current size.
-    std::vector<QLine> mGridLines;
+    QPixmap mBackground; // with the grid
     PlotGeometry::Vertices mThresholdVertices;
     std::vector<QPoint> mPoints;
-    std::vector<QLine> mSticks;
+    std::vector<QRect> mSticks;
 };

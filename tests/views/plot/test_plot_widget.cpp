@@ -127,6 +127,15 @@ private slots:
         QVERIFY(!plot.isYellow(299, 400));
     }
 
+    void gridFollowsTheSize()
+    {
+        Plot plot;
+        plot.show();
+        QCOMPARE(plot.grab().size(), QSize(600, 500) * plot.devicePixelRatio());
+        plot.resize(300, 500); // 6172 us: column 61
+        QVERIFY(plot.pixel(61, 0) == QColor(Qt::gray) || plot.pixel(61, 1) == QColor(Qt::gray));
+    }
+
     void thresholdsAreDrawnOnlyWhenShown()
     {
         Plot plot;
