@@ -5,6 +5,7 @@
 #include "app/FixedSubWindow.h"
 #include "app/NetworkSettings.h"
 #include "app/OrvgAboutDialog.h"
+#include "app/OrvgConnectionSettingsDialog.h"
 #include "app/OrvgStatusWidget.h"
 #include "ui_TarvioWindow.h"
 #include "views/freespace/OrvgFreespacesView.h"
@@ -285,7 +286,12 @@ void TarvioWindow::onActivateSensorView()
     mUi->sensorPositionDock->raise();
 }
 
-void TarvioWindow::onConnectionSettings() {}
+void TarvioWindow::onConnectionSettings()
+{
+    OrvgConnectionSettingsDialog dialog(&mLink->client(), mSettings, centralWidget());
+    if (dialog.exec() == QDialog::Accepted)
+        mLink->reconnect(settings::readNetwork(*mSettings));
+}
 
 void TarvioWindow::onSaveToXml() {}
 

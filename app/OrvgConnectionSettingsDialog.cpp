@@ -1,0 +1,156 @@
+#include "app/OrvgConnectionSettingsDialog.h"
+
+#include "app/ConnectionSettings.h"
+#include "app/NetworkSettings.h"
+#include "orv_decoder/OrvCtrlClient.h"
+#include "orv_decoder/OrvCtrlSocket.h"
+#include "ui_OrvgConnectionSettingsDialog.h"
+#include "views/common/WaitCursor.h"
+#include "views/common/messages.h"
+
+#include <QMessageBox>
+
+namespace {
+
+/// Lets a client talk through another socket for as long as it lives.
+class SocketLoan
+{
+public:
+    SocketLoan(orv::OrvCtrlClient& client, orv::OrvCtrlSocketBase& socket)
+        : mClient(client), mOwnSocket(client.socket())
+    {
+        mClient.setSocket(&socket);
+    }
+    ~SocketLoan() { mClient.setSocket(mOwnSocket); }
+    SocketLoan(const SocketLoan&) = delete;
+    SocketLoan& operator=(const SocketLoan&) = delete;
+
+private:
+    orv::OrvCtrlClient& mClient;
+    orv::OrvCtrlSocketBase* mOwnSocket;
+};
+
+std::uint16_t portOf(const QSpinBox* spinBox)
+{
+    return static_cast<std::uint16_t>(spinBox->value());
+}
+
+} // namespace
+
+OrvgConnectionSettingsDialog::OrvgConnectionSettingsDialog(orv::OrvCtrlClient* client,
+                                                           QSettings* store, QWidget* parent)
+    : QDialog(parent)
+    , mUi(std::make_unique<Ui::OrvgConnectionSettingsDialog>())
+    , mClient(client)
+    , mStore(store)
+{
+    mUi->setupUi(this);
+    if (settings::hasGroup(*mStore, settings::kImportedNetworkGroup))
+        setWindowTitle(tr("*IMPORTED*%1").arg(windowTitle()));
+    fill(settings::readConnection(*mStore));
+    connect(mUi->readButton, &QPushButton::clicked, this,
+            &OrvgConnectionSettingsDialog::onReadSettings);
+    connect(mUi->transmitButton, &QPushButton::clicked, this,
+            &OrvgConnectionSettingsDialog::onTransmitSettings);
+}
+
+OrvgConnectionSettingsDialog::~OrvgConnectionSettingsDialog() = default;
+
+void OrvgConnectionSettingsDialog::accept()
+{
+    settings::acceptConnection(*mStore, connection());
+    QDialog::accept();
+}
+
+void OrvgConnectionSettingsDialog::onReadSettings()
+{
+    orv::EcuNetworkSettings ecuSettings;
+    if (readFromTypedAddress(ecuSettings))
+        fill(ecuSettings);
+    else
+        showCommunicationError(this, mClient->lastError());
+}
+
+void OrvgConnectionSettingsDialog::onTransmitSettings()
+{
+    if (!transmit()) {
+        showCommunicationError(this, mClient->lastError());
+        return;
+    }
+    QMessageBox::information(this, tr("Settings written"),
+                             tr("Network settings are successfully transmitted.\n"
+                                "Please reset the ECU to apply new settings"));
+}
+
+bool OrvgConnectionSettingsDialog::readFromTypedAddress(orv::EcuNetworkSettings& ecuSettings)
+{
+    const WaitCursor waitCursor;
+    if (!dynamic_cast<orv::OrvCtrlSocket*>(mClient->socket()))
+        return mClient->readNetworkSettings(ecuSettings);
+    orv::OrvCtrlSocket typed(mUi->ecuIpControl->text().toStdString(), portOf(mUi->controlPort));
+    const SocketLoan loan(*mClient, typed);
+    return mClient->readNetworkSettings(ecuSettings);
+}
+
+bool OrvgConnectionSettingsDialog::transmit()
+{
+    const WaitCursor waitCursor;
+    return mClient->writeNetworkSettings(ecuSettings());
+}
+
+void OrvgConnectionSettingsDialog::fill(const ConnectionSettings& connection)
+{
+    mUi->ecuIpControl->setText(connection.ecuIp);
+    mUi->subnetControl->setText(connection.ecuSubnet);
+    mUi->gatewayControl->setText(connection.ecuGateway);
+    mUi->controlPort->setValue(connection.controlPort);
+    mUi->hostIpControl->setText(connection.hostIp);
+    mUi->mReceivingPort->setValue(connection.receivePort);
+    showFreespacePort(connection.freespacePort);
+}
+
+void OrvgConnectionSettingsDialog::fill(const orv::EcuNetworkSettings& ecuSettings)
+{
+    mUi->ecuIpControl->setValue(ecuSettings.ecuIp);
+    mUi->subnetControl->setValue(ecuSettings.subnetMask);
+    mUi->gatewayControl->setValue(ecuSettings.gateway);
+    mUi->controlPort->setValue(ecuSettings.controlPort);
+    mUi->hostIpControl->setValue(ecuSettings.hostIp);
+    mUi->mReceivingPort->setValue(ecuSettings.receivePort);
+    showFreespacePort(ecuSettings.freespacePort);
+}
+
+// The spin box cannot show 0, the group box does.
+void OrvgConnectionSettingsDialog::showFreespacePort(int port)
+{
+    mUi->mFreespacesPort->setValue(port);
+    mUi->mFreespacesGB->setChecked(port != 0);
+}
+
+int OrvgConnectionSettingsDialog::freespacePort() const
+{
+    return mUi->mFreespacesGB->isChecked() ? mUi->mFreespacesPort->value() : 0;
+}
+
+ConnectionSettings OrvgConnectionSettingsDialog::connection() const
+{
+    return {.ecuIp = mUi->ecuIpControl->text(),
+            .ecuSubnet = mUi->subnetControl->text(),
+            .ecuGateway = mUi->gatewayControl->text(),
+            .controlPort = mUi->controlPort->value(),
+            .hostIp = mUi->hostIpControl->text(),
+            .receivePort = mUi->mReceivingPort->value(),
+            .freespacePort = freespacePort()};
+}
+
+orv::EcuNetworkSettings OrvgConnectionSettingsDialog::ecuSettings() const
+{
+    return {.valid = true,
+            .ecuIp = mUi->ecuIpControl->value(),
+            .subnetMask = mUi->subnetControl->value(),
+            .gateway = mUi->gatewayControl->value(),
+            .controlPort = portOf(mUi->controlPort),
+            .hostIp = mUi->hostIpControl->value(),
+            .receivePort = portOf(mUi->mReceivingPort),
+            .freespacePort = static_cast<std::uint16_t>(freespacePort())};
+}
