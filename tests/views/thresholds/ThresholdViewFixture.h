@@ -65,7 +65,7 @@ public:
     void receiveEcho(std::uint8_t sensor, std::uint16_t timeOfFlight)
     {
         orv::OrvMeasurementResult result;
-        result.echoes[sensor] = {{.magnitude = 15, .timeOfFlight = timeOfFlight}};
+        result.echoes[sensor] = {{.magnitude = 13, .timeOfFlight = timeOfFlight}};
         view.onNewMeasResult(result);
     }
 

@@ -259,10 +259,13 @@ private slots:
 
     void looksAsInTheGuide()
     {
-        mFixture->model().setRecord(curve(2));
+        for (std::uint8_t sensor = 0; sensor < 12; ++sensor)
+            mFixture->model().setRecord(curve(sensor));
         mFixture->select(2, 4);
-        mFixture->receiveEcho(2, 614);
-        mFixture->receiveEcho(2, 11724);
+        for (const std::uint16_t timeOfFlight :
+             std::initializer_list<std::uint16_t>{614, 665, 7987, 8038, 8089, 15052})
+            mFixture->receiveEcho(2, timeOfFlight);
+        mFixture->view.resize(1040, 720);
         mFixture->view.show();
         QVERIFY(mFixture->plotHasStickAt(614));
         saveScreenshot(mFixture->view, "thresholds");
