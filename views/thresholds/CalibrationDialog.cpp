@@ -1,7 +1,10 @@
 #include "views/thresholds/CalibrationDialog.h"
 
+#include "orv_decoder/OrvCtrlClient.h"
+
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QPointer>
 #include <QProgressBar>
 
 CalibrationDialog::CalibrationDialog(QWidget* parent)
@@ -29,4 +32,26 @@ void CalibrationDialog::showStep(int value, bool inverted)
 void CalibrationDialog::closeEvent(QCloseEvent* event)
 {
     event->ignore();
+}
+
+CalibrationRun::Ending watchCalibration(QWidget& view, orv::OrvCtrlClient& client,
+                                        const std::function<void(int milliseconds)>& wait)
+{
+    const bool wasOpen = view.window()->isVisible();
+    const QPointer<QWidget> watcher(&view);
+    const QPointer<CalibrationDialog> dialog(new CalibrationDialog(view.parentWidget()));
+    dialog->show();
+    CalibrationRun run({
+        .wait = wait,
+        .show =
+            [=](int value, bool inverted) {
+                if (watcher && dialog)
+                    dialog->showStep(value, inverted);
+                return watcher && dialog && (watcher->window()->isVisible() || !wasOpen);
+            },
+        .readState = [&client] { return client.readAutoCalibrationState(); },
+    });
+    const CalibrationRun::Ending ending = run.run();
+    delete dialog;
+    return ending;
 }

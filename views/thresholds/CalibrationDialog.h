@@ -1,8 +1,16 @@
 #pragma once
 
+#include "views/thresholds/CalibrationRun.h"
+
 #include <QProgressDialog>
 
+#include <functional>
+
 class QProgressBar;
+
+namespace orv {
+class OrvCtrlClient;
+}
 
 /// The busy indicator of a running calibration. It blocks its window and stays until it is
 /// destroyed: neither "Abort" nor the Escape key ends what the ECU does.
@@ -24,3 +32,9 @@ protected:
 private:
     QProgressBar* mBar;
 };
+
+/// Shows the dialog over the parent of `view` until the calibration that the ECU has started is
+/// over. The view may be destroyed and its window closed meanwhile; both abandon the run.
+/// @param wait sleeps that many milliseconds
+CalibrationRun::Ending watchCalibration(QWidget& view, orv::OrvCtrlClient& client,
+                                        const std::function<void(int milliseconds)>& wait);

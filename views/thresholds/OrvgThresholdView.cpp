@@ -2,11 +2,11 @@
 
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgThresholdView.h"
-#include "views/common/WaitCursor.h"
 #include "views/common/messages.h"
 #include "views/thresholds/CalibrationDialog.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdItemDelegate.h"
+#include "views/thresholds/ThresholdTransfer.h"
 #include "views/thresholds/threshold_section.h"
 
 #include <QMessageBox>
@@ -33,6 +33,7 @@ OrvgThresholdView::OrvgThresholdView(QWidget* parent)
     : QWidget(parent)
     , mUi(std::make_unique<Ui::OrvgThresholdView>())
     , mModel(new OrvgThreshItemModel(this))
+    , mTransfer(new ThresholdTransfer(mModel, this))
     , mCalibrationWaiting(sleepMs)
 {
     mUi->setupUi(this);
@@ -65,6 +66,8 @@ void OrvgThresholdView::connectSignals()
     connect(selection, &QItemSelectionModel::currentColumnChanged, this,
             &OrvgThresholdView::onSelectionChanged);
     connect(mModel, &OrvgThreshItemModel::dataChanged, this, &OrvgThresholdView::onDataChanged);
+    connect(mTransfer, &ThresholdTransfer::recordRead, this,
+            [this](const orv::SensorThreshold& record) { showScale(record.scale); });
     connect(mUi->mScaleCb, QOverload<int>::of(&QComboBox::activated), this,
             &OrvgThresholdView::onScaleChanged);
     connect(mUi->mCalibrateTb, &QToolButton::clicked, this,
@@ -79,7 +82,7 @@ void OrvgThresholdView::connectSignals()
 void OrvgThresholdView::setCtrlClient(orv::OrvCtrlClient* client)
 {
     if (client)
-        mClient = client;
+        mTransfer->setClient(client);
 }
 
 void OrvgThresholdView::setCalibrationWaiting(Waiting waiting)
@@ -104,26 +107,27 @@ void OrvgThresholdView::onReadThresholds(bool silent)
         QMessageBox::information(this, tr("Read Thresholds"), tr("Please select sensor first."));
         return;
     }
-    if (!mClient || (!silent && !confirmOverwrite(this, tr("Read Thresholds"))))
+    if (!mTransfer->client() || (!silent && !confirmOverwrite(this, tr("Read Thresholds"))))
         return;
-    if (readSensor(sensor))
+    if (mTransfer->read(sensor))
         selectSensor(sensor);
     else
-        showCommunicationError(this, mClient->lastError());
+        showCommunicationError(this, mTransfer->lastError());
 }
 
 void OrvgThresholdView::onAutoCalibrationStart()
 {
-    if (!mClient || mIsCalibrating)
+    if (!mTransfer->client() || mIsCalibrating)
         return;
     const std::uint8_t sensor = currentSensor();
-    if (!mClient->startAutoCalibration(sensor)) {
-        showCommunicationError(this, mClient->lastError());
+    if (!mTransfer->client()->startAutoCalibration(sensor)) {
+        showCommunicationError(this, mTransfer->lastError());
         return;
     }
     mUi->mPlot->resetData();
     const QPointer<OrvgThresholdView> self(this);
-    const CalibrationRun::Ending ending = waitForCalibration();
+    mIsCalibrating = true;
+    const auto ending = watchCalibration(*this, *mTransfer->client(), mCalibrationWaiting);
     if (!self)
         return;
     mIsCalibrating = false;
@@ -154,11 +158,11 @@ void OrvgThresholdView::onScaleChanged(int32_t index)
 bool OrvgThresholdView::onWriteThresholds(bool silent)
 {
     const std::uint8_t sensor = currentSensor();
-    if (!mClient || sensor == orv::kNoSensor)
+    if (!mTransfer->client() || sensor == orv::kNoSensor)
         return false;
-    if (!writeSensor(sensor)) {
+    if (!mTransfer->write(sensor)) {
         if (!silent)
-            showCommunicationError(this, mClient->lastError());
+            showCommunicationError(this, mTransfer->lastError());
         return false;
     }
     mUi->mPlot->resetData();
@@ -194,9 +198,9 @@ bool OrvgThresholdView::readFromXml(QXmlStreamReader& reader, std::string& errSt
 bool OrvgThresholdView::onReceiveAll(bool silent)
 {
     const std::uint8_t sensor = currentSensor();
-    if (!mClient || (!silent && !confirmOverwrite(this, tr("Read Thresholds"))))
+    if (!mTransfer->client() || (!silent && !confirmOverwrite(this, tr("Read Thresholds"))))
         return false;
-    const QStringList errors = readAllSensors();
+    const QStringList errors = mTransfer->readAll();
     if (!errors.isEmpty() && !silent)
         showCommunicationError(this, errors.join(QLatin1Char('\n')));
     if (sensor != orv::kNoSensor)
@@ -206,12 +210,12 @@ bool OrvgThresholdView::onReceiveAll(bool silent)
 
 bool OrvgThresholdView::onTransmitAll(bool silent)
 {
-    if (!mClient)
+    if (!mTransfer->client())
         return false;
-    if (writeAllSensors())
+    if (mTransfer->writeAll())
         return true;
     if (!silent)
-        showCommunicationError(this, mClient->lastError());
+        showCommunicationError(this, mTransfer->lastError());
     return false;
 }
 
@@ -249,68 +253,6 @@ void OrvgThresholdView::selectSensor(std::uint8_t sensorId)
         mUi->mTableView->selectRow(sensorId);
 }
 
-bool OrvgThresholdView::readSensor(std::uint8_t sensorId)
-{
-    orv::SensorThreshold record;
-    if (!mClient->readThresholds(sensorId, record))
-        return false;
-    if (mModel->applyRead(record))
-        showScale(record.scale);
-    return true;
-}
-
-bool OrvgThresholdView::writeSensor(std::uint8_t sensorId)
-{
-    return mClient->writeThresholds(mModel->record(sensorId), true);
-}
-
-// One line for each sensor that could not be read.
-QStringList OrvgThresholdView::readAllSensors()
-{
-    const WaitCursor waitCursor;
-    QStringList errors;
-    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
-        if (!readSensor(sensor))
-            errors << tr("Sensor %1: %2")
-                          .arg(QString::number(sensor + 1).rightJustified(2),
-                               QString::fromStdString(mClient->lastError()));
-    }
-    return errors;
-}
-
-bool OrvgThresholdView::writeAllSensors()
-{
-    const WaitCursor waitCursor;
-    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
-        if (!writeSensor(sensor))
-            return false;
-    }
-    return true;
-}
-
-// The events processed meanwhile may close the window or destroy the view.
-CalibrationRun::Ending OrvgThresholdView::waitForCalibration()
-{
-    mIsCalibrating = true;
-    const bool wasOpen = window()->isVisible();
-    const QPointer<OrvgThresholdView> self(this);
-    const QPointer<CalibrationDialog> dialog(new CalibrationDialog(parentWidget()));
-    dialog->show();
-    CalibrationRun run({
-        .wait = mCalibrationWaiting,
-        .show =
-            [=](int value, bool inverted) {
-                if (self && dialog)
-                    dialog->showStep(value, inverted);
-                return self && dialog && (self->window()->isVisible() || !wasOpen);
-            },
-        .readState = [client = mClient] { return client->readAutoCalibrationState(); },
-    });
-    const CalibrationRun::Ending ending = run.run();
-    delete dialog;
-    return ending;
-}
-
 void OrvgThresholdView::endCalibration(CalibrationRun::Ending ending, std::uint8_t sensorId)
 {
     using Ending = CalibrationRun::Ending;
@@ -324,7 +266,7 @@ void OrvgThresholdView::endCalibration(CalibrationRun::Ending ending, std::uint8
         showCalibrationError(tr("Calibration was aborted!\nPlease check sensor connection."));
         break;
     case Ending::ExchangeFailed:
-        showCommunicationError(this, mClient->lastError());
+        showCommunicationError(this, mTransfer->lastError());
         break;
     case Ending::TimedOut:
         showCalibrationError(tr("Calibration time out."));

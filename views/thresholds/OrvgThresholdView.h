@@ -4,7 +4,6 @@
 #include "views/thresholds/CalibrationRun.h"
 
 #include <QByteArray>
-#include <QStringList>
 #include <QWidget>
 
 #include <cstdint>
@@ -16,6 +15,7 @@ class OrvgThreshItemModel;
 class QModelIndex;
 class QXmlStreamReader;
 class QXmlStreamWriter;
+class ThresholdTransfer;
 
 namespace orv {
 class OrvCtrlClient;
@@ -78,18 +78,12 @@ private:
     void showScale(std::uint8_t scale);
     void selectSensor(std::uint8_t sensorId);
 
-    bool readSensor(std::uint8_t sensorId);
-    bool writeSensor(std::uint8_t sensorId);
-    QStringList readAllSensors();
-    bool writeAllSensors();
-
-    CalibrationRun::Ending waitForCalibration();
     void endCalibration(CalibrationRun::Ending ending, std::uint8_t sensorId);
     void showCalibrationError(const QString& text);
 
     std::unique_ptr<Ui::OrvgThresholdView> mUi;
     OrvgThreshItemModel* mModel;
-    orv::OrvCtrlClient* mClient = nullptr; // borrowed from the window
+    ThresholdTransfer* mTransfer;
     Waiting mCalibrationWaiting;
     int mLastSelectedRow = -1;
     bool mIsCalibrating = false;

@@ -307,6 +307,9 @@ private:
     ThresholdEditor* openEditor(int row, int column)
     {
         mFixture->view.show();
+        mFixture->view.activateWindow();
+        if (!QTest::qWaitForWindowActive(&mFixture->view))
+            return nullptr;
         QTableView& table = mFixture->table();
         const QModelIndex cell = mFixture->model().index(row, column);
         table.scrollTo(cell);
