@@ -1,0 +1,28 @@
+#pragma once
+
+#include "app/SettingsFile.h"
+
+#include <QCoreApplication>
+
+class QWidget;
+
+/// The commands that export the settings to a file and import them: the dialogs and messages
+/// around a SettingsFile.
+class SettingsExchange
+{
+    Q_DECLARE_TR_FUNCTIONS(SettingsExchange)
+
+public:
+    /// The parent of the dialogs is borrowed.
+    SettingsExchange(SettingsFile file, QWidget* dialogParent);
+
+    void exportSettings() const;
+    void importSettings() const;
+
+private:
+    QString askFileName() const;
+    void showReport(const ImportReport& report) const;
+
+    SettingsFile mFile;
+    QWidget* mDialogParent; // borrowed
+};

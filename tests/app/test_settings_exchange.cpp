@@ -1,0 +1,276 @@
+#include "app/OrvgOpenXmlSettingsDialog.h"
+#include "app/SettingsExchange.h"
+#include "tests/support/MessageBoxWatcher.h"
+#include "tests/support/modal_dialogs.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+#include <QtTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+namespace {
+
+/// Makes the disk full for as long as it lives: no file can grow beyond a size.
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &mFormer);
+        const rlimit limit{bytes, mFormer.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &mFormer); }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit mFormer{};
+};
+
+} // namespace
+
+/// The two commands around a file with one section that holds one text.
+class TestSettingsExchange : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    void init();
+
+    void exportAsksForAnOrvFile();
+    void cancelledExportWritesNothing();
+    void exportedFileIsWrittenSilently();
+    void missingExtensionIsAppended();
+    void existingFileIsAskedAbout_data();
+    void existingFileIsAskedAbout();
+    void fileThatCannotBeOpenedIsTold();
+    void fullDiskIsToldAndKeepsTheFormerFile_data();
+    void fullDiskIsToldAndKeepsTheFormerFile();
+
+    void cancelledImportReadsNothing();
+    void importReadsWhatIsTicked();
+    void failedSectionIsTold();
+    void abortedImportIsTold();
+
+private:
+    SettingsExchange exchange();
+    void exportTo(const QString& fileName);
+    void import(const QByteArray& content);
+    QString path(const QString& name) const { return mFolder->filePath(name); }
+    static QByteArray contentOf(const QString& fileName);
+
+    std::unique_ptr<QTemporaryDir> mFolder;
+    QString mText;
+};
+
+void TestSettingsExchange::init()
+{
+    mFolder = std::make_unique<QTemporaryDir>();
+    mText = QStringLiteral("text");
+}
+
+SettingsExchange TestSettingsExchange::exchange()
+{
+    const SettingsSection section{
+        .element = QStringLiteral("MSEQ"),
+        .errorName = QStringLiteral("Measurement sequence"),
+        .write = [this](QXmlStreamWriter& writer) { writer.writeCharacters(mText); },
+        .read =
+            [this](QXmlStreamReader& reader, std::string& error) {
+                mText = reader.readElementText();
+                error = "wrong id value";
+                return mText != QStringLiteral("bad");
+            }};
+    return {SettingsFile({section}), nullptr};
+}
+
+void TestSettingsExchange::exportTo(const QString& fileName)
+{
+    whenOpened<QFileDialog>(this, [fileName](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(fileName);
+        dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+        // Still open when the user keeps the existing file.
+        if (dialog.isVisible())
+            dialog.reject();
+    });
+    exchange().exportSettings();
+}
+
+void TestSettingsExchange::import(const QByteArray& content)
+{
+    const QString fileName = path(QStringLiteral("import.orv"));
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    file.close();
+    whenOpened<OrvgOpenXmlSettingsDialog>(this, [fileName](OrvgOpenXmlSettingsDialog& dialog) {
+        dialog.findChild<QLineEdit*>(QStringLiteral("mFileLineEdit"))->setText(fileName);
+        dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    });
+    exchange().importSettings();
+}
+
+QByteArray TestSettingsExchange::contentOf(const QString& fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void TestSettingsExchange::exportAsksForAnOrvFile()
+{
+    QString caption;
+    QStringList filters;
+    whenOpened<QFileDialog>(this, [&](QFileDialog& dialog) {
+        caption = dialog.windowTitle();
+        filters = dialog.nameFilters();
+        dialog.reject();
+    });
+    exchange().exportSettings();
+    QCOMPARE(caption, QStringLiteral("Export settings file"));
+    QCOMPARE(filters, QStringList{"Orv settings(*.orv)"});
+}
+
+void TestSettingsExchange::cancelledExportWritesNothing()
+{
+    const MessageBoxWatcher watcher;
+    whenOpened<QFileDialog>(this, [this](QFileDialog& dialog) {
+        dialog.selectFile(path(QStringLiteral("a.orv")));
+        dialog.reject();
+    });
+    exchange().exportSettings();
+    QVERIFY(QDir(mFolder->path()).isEmpty());
+    QVERIFY(watcher.boxes().isEmpty());
+}
+
+void TestSettingsExchange::exportedFileIsWrittenSilently()
+{
+    const MessageBoxWatcher watcher;
+    exportTo(path(QStringLiteral("a.orv")));
+    QCOMPARE(contentOf(path(QStringLiteral("a.orv"))),
+             QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE tarvio>\n"
+                        "<OrvgProject>\n    <MSEQ>text</MSEQ>\n</OrvgProject>\n"));
+    QVERIFY(watcher.boxes().isEmpty());
+}
+
+void TestSettingsExchange::missingExtensionIsAppended()
+{
+    exportTo(path(QStringLiteral("a")));
+    QCOMPARE(QDir(mFolder->path()).entryList(QDir::Files), QStringList{"a.orv"});
+}
+
+void TestSettingsExchange::existingFileIsAskedAbout_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("isReplaced");
+
+    QTest::newRow("with extension, replaced") << "a.orv" << true;
+    QTest::newRow("with extension, kept") << "a.orv" << false;
+    QTest::newRow("without extension, replaced") << "a" << true;
+    QTest::newRow("without extension, kept") << "a" << false;
+}
+
+void TestSettingsExchange::existingFileIsAskedAbout()
+{
+    QFETCH(QString, typed);
+    QFETCH(bool, isReplaced);
+    const auto answer = isReplaced ? QMessageBox::Yes : QMessageBox::No;
+    exportTo(path(QStringLiteral("a.orv")));
+    const QByteArray former = contentOf(path(QStringLiteral("a.orv")));
+    mText = QStringLiteral("other text");
+    const MessageBoxWatcher watcher(answer);
+    exportTo(path(typed));
+    QCOMPARE(watcher.boxes().size(), 1);
+    QVERIFY(watcher.boxes().first().buttons.testFlag(answer));
+    QCOMPARE(contentOf(path(QStringLiteral("a.orv"))) != former, isReplaced);
+}
+
+void TestSettingsExchange::fileThatCannotBeOpenedIsTold()
+{
+    const MessageBoxWatcher watcher;
+    exportTo(QStringLiteral("/proc/a.orv"));
+    QCOMPARE(watcher.boxes().size(), 1);
+    QCOMPARE(watcher.boxes().first().icon, QMessageBox::Warning);
+    QCOMPARE(watcher.boxes().first().title, QStringLiteral("Can't open file for writing"));
+    QVERIFY(!watcher.boxes().first().text.isEmpty());
+}
+
+void TestSettingsExchange::fullDiskIsToldAndKeepsTheFormerFile_data()
+{
+    QTest::addColumn<int>("length");
+
+    QTest::newRow("short file") << 1000;
+    QTest::newRow("long file") << 100'000;
+}
+
+void TestSettingsExchange::fullDiskIsToldAndKeepsTheFormerFile()
+{
+    QFETCH(int, length);
+    const QString fileName = path(QStringLiteral("a.orv"));
+    exportTo(fileName);
+    const QByteArray former = contentOf(fileName);
+    mText = QString(length, QLatin1Char('x'));
+    MessageBoxWatcher watcher(QMessageBox::Yes);
+    {
+        const FullDisk fullDisk(512);
+        exportTo(fileName);
+    }
+    QCOMPARE(watcher.boxes().size(), 2);
+    QCOMPARE(watcher.boxes().last().icon, QMessageBox::Warning);
+    QCOMPARE(watcher.boxes().last().title, QStringLiteral("Can't write file"));
+    QCOMPARE(watcher.boxes().last().text, QStringLiteral("File too large"));
+    QCOMPARE(contentOf(fileName), former);
+    QCOMPARE(QDir(mFolder->path()).entryList(QDir::Files), QStringList{"a.orv"});
+}
+
+void TestSettingsExchange::cancelledImportReadsNothing()
+{
+    whenOpened<OrvgOpenXmlSettingsDialog>(
+        this, [](OrvgOpenXmlSettingsDialog& dialog) { dialog.reject(); });
+    const MessageBoxWatcher watcher;
+    exchange().importSettings();
+    QCOMPARE(mText, QStringLiteral("text"));
+    QVERIFY(watcher.boxes().isEmpty());
+}
+
+void TestSettingsExchange::importReadsWhatIsTicked()
+{
+    const MessageBoxWatcher watcher;
+    import("<OrvgProject><MSEQ>imported</MSEQ></OrvgProject>");
+    QCOMPARE(mText, QStringLiteral("imported"));
+    QVERIFY(watcher.boxes().isEmpty());
+}
+
+void TestSettingsExchange::failedSectionIsTold()
+{
+    const MessageBoxWatcher watcher;
+    import("<OrvgProject><MSEQ>bad</MSEQ></OrvgProject>");
+    QCOMPARE(watcher.boxes().size(), 1);
+    QCOMPARE(watcher.boxes().first().icon, QMessageBox::Warning);
+    QCOMPARE(watcher.boxes().first().title, QStringLiteral("Import error"));
+    QCOMPARE(watcher.boxes().first().text,
+             QStringLiteral("Import of some settings failed!\n\n\n"
+                            "Measurement sequence: wrong id value\n"));
+}
+
+void TestSettingsExchange::abortedImportIsTold()
+{
+    const MessageBoxWatcher watcher;
+    import("<OrvgProject><MSEQ>a</MSEQ><Other/></OrvgProject>");
+    QCOMPARE(watcher.boxes().size(), 1);
+    QCOMPARE(watcher.boxes().first().text,
+             QStringLiteral("Import of some settings failed!\nUnknown category Other\n\n"));
+    QCOMPARE(mText, QStringLiteral("a"));
+}
+
+QTEST_MAIN(TestSettingsExchange)
+#include "test_settings_exchange.moc"
