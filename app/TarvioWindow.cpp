@@ -1,12 +1,15 @@
 #include "app/TarvioWindow.h"
 
+#include "app/ConfigurationViews.h"
 #include "app/DockTitleStyle.h"
 #include "app/EcuLink.h"
 #include "app/FixedSubWindow.h"
+#include "app/NetworkSection.h"
 #include "app/NetworkSettings.h"
 #include "app/OrvgAboutDialog.h"
 #include "app/OrvgConnectionSettingsDialog.h"
 #include "app/OrvgStatusWidget.h"
+#include "app/SettingsExchange.h"
 #include "ui_TarvioWindow.h"
 #include "views/freespace/OrvgFreespacesView.h"
 #include "views/live/OrvgLiveView.h"
@@ -35,6 +38,7 @@ TarvioWindow::TarvioWindow(QWidget* parent)
     if (!settings::hasGroup(*mSettings, settings::kNetworkGroup))
         writeDefaultNetworkSettings();
     mLink = std::make_unique<EcuLink>(settings::readNetwork(*mSettings));
+    createConfigurationCommands();
     initViews();
     startSupervision();
 }
@@ -44,6 +48,26 @@ TarvioWindow::~TarvioWindow() = default;
 void TarvioWindow::writeDefaultNetworkSettings()
 {
     settings::writeDefaultNetwork(*mSettings);
+}
+
+void TarvioWindow::createConfigurationCommands()
+{
+    const ConfigurationViews views{mUi->mThresholdView, mUi->mMseqView, mUi->mSensorPositionView};
+    mSynchronisation = std::make_unique<EcuSynchronisation>(ecuItems(views), this);
+    QVector<SettingsSection> sections = settingsSections(views);
+    sections.prepend(networkSection());
+    mSettingsExchange = std::make_unique<SettingsExchange>(SettingsFile(sections), this);
+}
+
+SettingsSection TarvioWindow::networkSection()
+{
+    return {
+        .element = QStringLiteral("Network"),
+        .errorName = QStringLiteral("Network"),
+        .write =
+            [this](QXmlStreamWriter& writer) { settings::writeNetworkSection(writer, *mSettings); },
+        .read = [this](QXmlStreamReader& reader,
+                       std::string& errString) { return importNetworkSection(reader, errString); }};
 }
 
 void TarvioWindow::initViews()
@@ -293,15 +317,31 @@ void TarvioWindow::onConnectionSettings()
         mLink->reconnect(settings::readNetwork(*mSettings));
 }
 
-void TarvioWindow::onSaveToXml() {}
-
-void TarvioWindow::onReadFromXml() {}
-
-void TarvioWindow::syncFromEcu() {}
-
-void TarvioWindow::transmitToEcu() {}
-
-bool TarvioWindow::importNetworkSection(QXmlStreamReader&, std::string&)
+void TarvioWindow::onSaveToXml()
 {
-    return false;
+    mSettingsExchange->exportSettings();
+}
+
+void TarvioWindow::onReadFromXml()
+{
+    mSettingsExchange->importSettings();
+}
+
+void TarvioWindow::syncFromEcu()
+{
+    // The first answer of the ECU reads everything too, but unasked.
+    if (sender() == mUi->actionSyncFromECU)
+        mSynchronisation->readInteractively();
+    else
+        mSynchronisation->readSilently();
+}
+
+void TarvioWindow::transmitToEcu()
+{
+    mSynchronisation->transmit();
+}
+
+bool TarvioWindow::importNetworkSection(QXmlStreamReader& reader, std::string& errString)
+{
+    return settings::importNetworkSection(reader, *mSettings, errString);
 }

@@ -10,12 +10,15 @@
 #include <string>
 
 class EcuLink;
+class EcuSynchronisation;
 class OrvgFreespacesView;
 class OrvgLiveView;
 class OrvgStatusWidget;
 class QMdiSubWindow;
 class QSettings;
 class QXmlStreamReader;
+class SettingsExchange;
+struct SettingsSection;
 
 namespace orv {
 struct FirmwareVersion;
@@ -55,6 +58,8 @@ protected:
 
 private:
     void writeDefaultNetworkSettings();
+    void createConfigurationCommands();
+    SettingsSection networkSection();
     void initViews();
     void createMdiViews();
     QMdiSubWindow* addSubWindow(QWidget* view);
@@ -84,6 +89,8 @@ private:
     std::unique_ptr<Ui::MainWindow> mUi;
     QSettings* mSettings; // child
     std::unique_ptr<EcuLink> mLink;
+    std::unique_ptr<EcuSynchronisation> mSynchronisation;
+    std::unique_ptr<SettingsExchange> mSettingsExchange;
     OrvgLiveView* mLiveView = nullptr;             // child, in an MDI sub-window
     OrvgFreespacesView* mFreespacesView = nullptr; // child, in an MDI sub-window
     OrvgStatusWidget* mStatusWidget = nullptr;     // child of the status bar
