@@ -99,6 +99,9 @@ void TestOpenSettingsDialog::completeFileTicksAllButTheNetwork()
     QVERIFY(mDialog->isSelected(QStringLiteral("MSEQ")));
     QVERIFY(mDialog->isSelected(QStringLiteral("Thresholds")));
     QVERIFY(mDialog->isSelected(QStringLiteral("MountPositions")));
+    QDir::setCurrent(mFolder.path());
+    line()->setText(QStringLiteral("settings.orv"));
+    QVERIFY(isImportEnabled());
     mDialog->show();
     saveScreenshot(*mDialog, QStringLiteral("import-settings"));
 }
