@@ -1,18 +1,14 @@
 #include "app/OrvgIpControlWidget.h"
 
 #include "app/IPItemValidator.h"
+#include "app/OctetEdit.h"
 
-#include <QAction>
 #include <QApplication>
-#include <QClipboard>
-#include <QContextMenuEvent>
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
 
 #include <algorithm>
 #include <utility>
@@ -22,9 +18,6 @@ namespace {
 constexpr int kMaxWidth = 120;
 constexpr int kMinWidth = 96;
 constexpr int kMinFontPixels = 8;
-// A line edit keeps two pixels free on either side of its text, which nobody sees here.
-constexpr int kTextMargin = -1;
-constexpr int kLineEditMargin = 2;
 constexpr int kFullLength = 3;
 constexpr int kBitsPerOctet = 8;
 constexpr std::uint32_t kOctetMask = 0xFF;
@@ -81,16 +74,12 @@ void OrvgIpControlWidget::setUpFrame()
     setMaximumWidth(kMaxWidth);
 }
 
-QLineEdit* OrvgIpControlWidget::createField(int index)
+OctetEdit* OrvgIpControlWidget::createField(int index)
 {
-    auto* field = new QLineEdit(this);
-    field->setFrame(false);
-    field->setAlignment(Qt::AlignCenter);
-    field->setTextMargins(kTextMargin, 0, kTextMargin, 0);
-    field->setMinimumWidth(1);
-    field->setValidator(new IPItemValidator(field));
+    auto* field = new OctetEdit(this);
     field->setAccessibleName(tr("octet %1 of %2").arg(index + 1).arg(kOctetCount));
     field->installEventFilter(this);
+    connect(field, &OctetEdit::addressPasted, this, &OrvgIpControlWidget::showPastedAddress);
     return field;
 }
 
@@ -117,22 +106,21 @@ void OrvgIpControlWidget::fitFont(int availableWidth)
         if (widthFor(font) <= availableWidth)
             break;
     }
-    for (QLineEdit* field : mFields)
+    for (OctetEdit* field : mFields)
         field->setFont(font);
 }
 
 int OrvgIpControlWidget::widthFor(const QFont& font) const
 {
-    const int digits = QFontMetrics(font).horizontalAdvance(QStringLiteral("255"));
-    const int fieldWidth = digits + 2 * (kLineEditMargin + kTextMargin);
     const int dotWidth = fontMetrics().horizontalAdvance(kDot);
-    return kOctetCount * fieldWidth + (kOctetCount - 1) * dotWidth + 2 * frameWidth();
+    return kOctetCount * OctetEdit::widthFor(font) + (kOctetCount - 1) * dotWidth +
+           2 * frameWidth();
 }
 
 QString OrvgIpControlWidget::text() const
 {
     QStringList octets;
-    for (const QLineEdit* field : mFields)
+    for (const OctetEdit* field : mFields)
         octets.append(withoutLeadingZeros(field->text()));
     return octets.join(kDot);
 }
@@ -150,7 +138,7 @@ std::uint32_t OrvgIpControlWidget::value() const
 {
     std::uint32_t address = 0;
     int shift = 0;
-    for (const QLineEdit* field : mFields) {
+    for (const OctetEdit* field : mFields) {
         address |= (field->text().toUInt() & kOctetMask) << shift;
         shift += kBitsPerOctet;
     }
@@ -159,7 +147,7 @@ std::uint32_t OrvgIpControlWidget::value() const
 
 void OrvgIpControlWidget::setValue(std::uint32_t address)
 {
-    for (QLineEdit* field : mFields) {
+    for (OctetEdit* field : mFields) {
         field->setText(QString::number(address & kOctetMask));
         address >>= kBitsPerOctet;
     }
@@ -177,7 +165,8 @@ void OrvgIpControlWidget::slotTextChanged(QLineEdit* pEdit)
     // The call is queued: what was typed in between may have left the field already.
     if (index == kNoField || window()->focusWidget() != pEdit)
         return;
-    if (pEdit->text().size() != kFullLength || !isAtEnd(index) || index + 1 == kOctetCount)
+    if (pEdit->text().size() != kFullLength || !fieldAt(index)->isAtEnd() ||
+        index + 1 == kOctetCount)
         return;
     moveTo(index + 1);
     mMovedOnTo = index + 1;
@@ -189,20 +178,14 @@ int OrvgIpControlWidget::indexOf(const QObject* field) const
     return found == mFields.end() ? kNoField : static_cast<int>(found - mFields.begin());
 }
 
-QLineEdit* OrvgIpControlWidget::fieldAt(int index) const
+OctetEdit* OrvgIpControlWidget::fieldAt(int index) const
 {
     return mFields[static_cast<std::size_t>(index)];
 }
 
-bool OrvgIpControlWidget::isAtEnd(int index) const
-{
-    const QLineEdit* field = fieldAt(index);
-    return field->cursorPosition() == field->text().size();
-}
-
 void OrvgIpControlWidget::moveTo(int index)
 {
-    QLineEdit* field = fieldAt(index);
+    OctetEdit* field = fieldAt(index);
     field->setFocus();
     field->setCursorPosition(0);
     field->selectAll();
@@ -217,11 +200,6 @@ bool OrvgIpControlWidget::handleFieldEvent(int index, QEvent* event)
     case QEvent::FocusOut:
         mMovedOnTo = kNoField;
         return false;
-    case QEvent::MouseButtonRelease:
-        return handleMiddleClick(*static_cast<QMouseEvent*>(event));
-    case QEvent::ContextMenu:
-        showContextMenu(index, static_cast<QContextMenuEvent*>(event)->globalPos());
-        return true;
     default:
         return false;
     }
@@ -233,8 +211,6 @@ bool OrvgIpControlWidget::handleKey(int index, const QKeyEvent& key)
     const bool followsMove = mMovedOnTo == index;
     if (!isModifier(key.key()))
         mMovedOnTo = kNoField;
-    if (key.matches(QKeySequence::Paste) && pasteAddress(QApplication::clipboard()->text()))
-        return true;
     switch (key.key()) {
     case Qt::Key_Period:
         return handleDot(index, followsMove);
@@ -253,14 +229,14 @@ bool OrvgIpControlWidget::handleKey(int index, const QKeyEvent& key)
 // A dot is never typed into a field.
 bool OrvgIpControlWidget::handleDot(int index, bool followsMove)
 {
-    if (!followsMove && isAtEnd(index) && index + 1 < kOctetCount)
+    if (!followsMove && fieldAt(index)->isAtEnd() && index + 1 < kOctetCount)
         moveTo(index + 1);
     return true;
 }
 
 bool OrvgIpControlWidget::handleTab(int index)
 {
-    if (!isAtEnd(index))
+    if (!fieldAt(index)->isAtEnd())
         return true;
     if (index + 1 == kOctetCount)
         return false;
@@ -270,7 +246,7 @@ bool OrvgIpControlWidget::handleTab(int index)
 
 bool OrvgIpControlWidget::handleRight(int index)
 {
-    if (isAtEnd(index) && index + 1 < kOctetCount)
+    if (fieldAt(index)->isAtEnd() && index + 1 < kOctetCount)
         moveTo(index + 1);
     return false;
 }
@@ -278,41 +254,16 @@ bool OrvgIpControlWidget::handleRight(int index)
 bool OrvgIpControlWidget::handleLeft(int index)
 {
     if (index > 0 && fieldAt(index)->cursorPosition() == 0) {
-        QLineEdit* previous = fieldAt(index - 1);
+        OctetEdit* previous = fieldAt(index - 1);
         previous->setFocus();
         previous->end(false);
     }
     return false;
 }
 
-bool OrvgIpControlWidget::handleMiddleClick(const QMouseEvent& mouse)
+void OrvgIpControlWidget::showPastedAddress(const QString& address)
 {
-    const QClipboard* clipboard = QApplication::clipboard();
-    return mouse.button() == Qt::MiddleButton && clipboard->supportsSelection() &&
-           pasteAddress(clipboard->text(QClipboard::Selection));
-}
-
-// The menu's own paste comes first and is refused by the validator when it is a whole address.
-void OrvgIpControlWidget::showContextMenu(int index, const QPoint& globalPosition)
-{
-    QMenu* menu = fieldAt(index)->createStandardContextMenu();
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    const QString pasteText = QLineEdit::tr("&Paste");
-    for (const QAction* action : menu->actions()) {
-        if (action->text().startsWith(pasteText))
-            connect(action, &QAction::triggered, this,
-                    [this] { pasteAddress(QApplication::clipboard()->text()); });
-    }
-    menu->popup(globalPosition);
-}
-
-bool OrvgIpControlWidget::pasteAddress(const QString& text)
-{
-    const QStringList octets = text.trimmed().split(kDot);
-    if (octets.size() != kOctetCount || !std::all_of(octets.begin(), octets.end(), isOctet))
-        return false;
-    setText(octets.join(kDot));
+    setText(address);
     mFields.back()->setFocus();
     mFields.back()->end(false);
-    return true;
 }

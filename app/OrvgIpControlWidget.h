@@ -5,10 +5,10 @@
 #include <array>
 #include <cstdint>
 
+class OctetEdit;
 class QHBoxLayout;
 class QKeyEvent;
 class QLineEdit;
-class QMouseEvent;
 
 /// An IPv4 address in four fields of one octet, typed through like one text: a dot or a third
 /// digit goes on to the next field. A whole address may be pasted into any of them.
@@ -46,15 +46,14 @@ protected:
 
 private:
     void setUpFrame();
-    QLineEdit* createField(int index);
+    OctetEdit* createField(int index);
     void addDot(QHBoxLayout* layout);
 
     void fitFont(int availableWidth);
     int widthFor(const QFont& font) const;
 
     int indexOf(const QObject* field) const;
-    QLineEdit* fieldAt(int index) const;
-    bool isAtEnd(int index) const;
+    OctetEdit* fieldAt(int index) const;
     void moveTo(int index);
 
     bool handleFieldEvent(int index, QEvent* event);
@@ -63,13 +62,11 @@ private:
     bool handleTab(int index);
     bool handleRight(int index);
     bool handleLeft(int index);
-    bool handleMiddleClick(const QMouseEvent& mouse);
-    void showContextMenu(int index, const QPoint& globalPosition);
-    bool pasteAddress(const QString& text);
+    void showPastedAddress(const QString& address);
 
     static constexpr int kNoField = -1;
 
-    std::array<QLineEdit*, kOctetCount> mFields{}; // children
+    std::array<OctetEdit*, kOctetCount> mFields{}; // children
     // The field that a third digit has just moved on to: a dot typed next has had its effect.
     int mMovedOnTo = kNoField;
 };
