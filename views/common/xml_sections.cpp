@@ -22,7 +22,11 @@ void writeBase64(QXmlStreamWriter& writer, std::span<const std::uint8_t> bytes)
 
 std::vector<std::uint8_t> readBase64(QXmlStreamReader& reader)
 {
-    const QByteArray block = QByteArray::fromBase64(reader.readElementText().toLatin1());
+    const QByteArray text = reader.readElementText().toLatin1();
+    // An element inside stops the reader; what stands before it is no block.
+    if (reader.hasError())
+        return {};
+    const QByteArray block = QByteArray::fromBase64(text);
     return {block.begin(), block.end()};
 }
 

@@ -12,7 +12,8 @@ class QXmlStreamWriter;
 void writeBase64(QXmlStreamWriter& writer, std::span<const std::uint8_t> bytes);
 
 /// Reads the current element's text, decodes it from Base64 and leaves the reader at the
-/// element's end. Text that is no Base64 gives what its valid characters decode to.
+/// element's end. Text that is no Base64 gives what its valid characters decode to; an
+/// element that holds elements gives nothing and stops the reader.
 std::vector<std::uint8_t> readBase64(QXmlStreamReader& reader);
 
 /// Writes an element `name` with the attribute id = `id` around the Base64 text of `bytes`.
