@@ -1,31 +1,145 @@
 #include "views/positions/OrvgSensorPositionView.h"
 
-OrvgSensorPositionView::OrvgSensorPositionView(QWidget* parent) : QWidget(parent) {}
+#include "orv_decoder/OrvCtrlClient.h"
+#include "ui_OrvgSensorPositionView.h"
+#include "views/common/WaitCursor.h"
+#include "views/common/item_tables.h"
+#include "views/common/messages.h"
+#include "views/common/xml_sections.h"
+#include "views/positions/OrvgSensorPositionItemDelegate.h"
+#include "views/positions/OrvgSensorPositionItemModel.h"
 
-void OrvgSensorPositionView::setCtrlClient(orv::OrvCtrlClient*) {}
+#include <QIcon>
+#include <QPixmap>
+
+namespace {
+
+// An icon picks the picture for the screen's pixel ratio, a pixmap alone does not.
+QPixmap explanation()
+{
+    constexpr QSize kSize(420, 230);
+    return QIcon(QStringLiteral(":/icons/icons/xyheightypr.png")).pixmap(kSize);
+}
+
+} // namespace
+
+OrvgSensorPositionView::OrvgSensorPositionView(QWidget* parent)
+    : QWidget(parent)
+    , mUi(std::make_unique<Ui::OrvgSensorPositionView>())
+    , mModel(new OrvgSensorPositionItemModel(this))
+{
+    mUi->setupUi(this);
+    mUi->label->setPixmap(explanation());
+    setUpTable();
+    connectSignals();
+}
+
+OrvgSensorPositionView::~OrvgSensorPositionView() = default;
+
+void OrvgSensorPositionView::setUpTable()
+{
+    QTableView* table = mUi->tableView;
+    table->setModel(mModel);
+    table->setItemDelegate(new OrvgSensorPositionItemDelegate(table));
+    stretchColumns(*table, QStringLiteral("-32768"));
+    setEditMode(false);
+}
+
+void OrvgSensorPositionView::connectSignals()
+{
+    connect(mUi->readSensorPositionTb, &QToolButton::clicked, this,
+            [this] { onReadSensorPositionTbClicked(); });
+    connect(mUi->writeSensorPositionTb, &QToolButton::clicked, this,
+            [this] { onWriteSensorPositionTbClicked(); });
+}
+
+void OrvgSensorPositionView::setCtrlClient(orv::OrvCtrlClient* client)
+{
+    if (client)
+        mClient = client;
+}
 
 orv::SensorMountPositions OrvgSensorPositionView::positions() const
 {
-    return {};
+    return mModel->positions();
 }
 
-void OrvgSensorPositionView::setPosition(std::uint8_t, const orv::OrvSensorPosition&) {}
-
-bool OrvgSensorPositionView::onReadSensorPositionTbClicked(bool)
+void OrvgSensorPositionView::setPosition(std::uint8_t sensorId,
+                                         const orv::OrvSensorPosition& position)
 {
+    if (sensorId >= orv::kSensorCount) {
+        mUi->tableView->clearSelection();
+        return;
+    }
+    orv::SensorMountPositions positions = mModel->positions();
+    positions[sensorId] = orv::movedTo(positions[sensorId], position);
+    mModel->setPositions(positions);
+    mUi->tableView->selectColumn(sensorId);
+}
+
+bool OrvgSensorPositionView::onReadSensorPositionTbClicked(bool silent)
+{
+    commitOpenEditor(*mUi->tableView);
+    if (!mClient || (!silent && !confirmOverwrite(this, tr("Read Positions"))))
+        return false;
+    orv::SensorMountPositions positions;
+    if (!readPositions(positions)) {
+        if (!silent)
+            showCommunicationError(this, mClient->lastError());
+        return false;
+    }
+    mModel->setPositions(positions);
+    return true;
+}
+
+bool OrvgSensorPositionView::onWriteSensorPositionTbClicked(bool silent)
+{
+    commitOpenEditor(*mUi->tableView);
+    if (!mClient)
+        return false;
+    if (writePositions())
+        return true;
+    if (!silent)
+        showCommunicationError(this, mClient->lastError());
     return false;
 }
 
-bool OrvgSensorPositionView::onWriteSensorPositionTbClicked(bool)
+void OrvgSensorPositionView::setEditMode(bool editMode)
 {
-    return false;
+    commitOpenEditor(*mUi->tableView);
+    mUi->tableView->setEditTriggers(editMode ? QAbstractItemView::NoEditTriggers
+                                             : QAbstractItemView::DoubleClicked |
+                                                   QAbstractItemView::EditKeyPressed);
+    mUi->readSensorPositionTb->setVisible(!editMode);
+    mUi->writeSensorPositionTb->setVisible(!editMode);
 }
 
-void OrvgSensorPositionView::setEditMode(bool) {}
-
-void OrvgSensorPositionView::writeXml(QXmlStreamWriter&) {}
-
-bool OrvgSensorPositionView::readFromXml(QXmlStreamReader&, std::string&)
+void OrvgSensorPositionView::writeXml(QXmlStreamWriter& writer)
 {
-    return false;
+    commitOpenEditor(*mUi->tableView);
+    writeBase64(writer, orv::encodeMountPositions(mModel->positions()));
+}
+
+bool OrvgSensorPositionView::readFromXml(QXmlStreamReader& reader, std::string& errString)
+{
+    orv::SensorMountPositions positions;
+    if (!orv::decodeMountPositions(readBase64(reader), positions)) {
+        errString = "Invalid data format of sensor positions";
+        return false;
+    }
+    commitOpenEditor(*mUi->tableView);
+    mModel->setPositions(positions);
+    return true;
+}
+
+bool OrvgSensorPositionView::readPositions(orv::SensorMountPositions& positions)
+{
+    const WaitCursor waitCursor;
+    return mClient->readSensorPositions(positions);
+}
+
+bool OrvgSensorPositionView::writePositions()
+{
+    const WaitCursor waitCursor;
+    return mClient->writeSensorPositions(mModel->positions());
 }

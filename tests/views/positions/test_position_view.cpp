@@ -1,0 +1,225 @@
+#include "tests/support/screenshots.h"
+#include "tests/views/positions/PositionViewFixture.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QScrollArea>
+
+class PositionViewTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); }
+    void init() { mFixture = std::make_unique<PositionViewFixture>(); }
+    void cleanup() { mFixture.reset(); }
+
+    void formHasItsNamesAndTexts()
+    {
+        QCOMPARE(mFixture->view.objectName(), QString("OrvgSensorPositionView"));
+        QCOMPARE(mFixture->view.windowTitle(), QString("Form"));
+        QVERIFY(mFixture->view.findChild<QScrollArea*>("scrollArea"));
+        QVERIFY(mFixture->view.findChild<QWidget*>("scrollAreaWidgetContents"));
+        QCOMPARE(mFixture->readButton().toolTip(), QString("Read sequence"));
+        QCOMPARE(mFixture->writeButton().toolTip(), QString("Write sequence"));
+        QCOMPARE(mFixture->readButton().accessibleName(), QString("Read positions"));
+        QCOMPARE(mFixture->writeButton().accessibleName(), QString("Write positions"));
+        QVERIFY(!mFixture->readButton().icon().isNull());
+        QVERIFY(!mFixture->writeButton().icon().isNull());
+    }
+
+    void pictureExplainsAxesAndAngles()
+    {
+        const QPixmap picture = mFixture->part<QLabel>("label").pixmap(Qt::ReturnByValue);
+        QCOMPARE(picture.size() / picture.devicePixelRatio(), QSize(420, 230));
+        QCOMPARE(picture.devicePixelRatio(), qApp->devicePixelRatio());
+    }
+
+    void columnsStretchButKeepTheirNumbersReadable()
+    {
+        mFixture->view.show();
+        QTableView& table = mFixture->table();
+        QCOMPARE(table.horizontalHeader()->sectionResizeMode(5), QHeaderView::Stretch);
+        mFixture->view.resize(300, 560);
+        QVERIFY(table.columnWidth(0) > table.fontMetrics().horizontalAdvance("-32768"));
+    }
+
+    void editorRangeFollowsTheRow_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<double>("minimum");
+        QTest::addColumn<double>("maximum");
+        QTest::newRow("x") << 0 << -32768.0 << 32767.0;
+        QTest::newRow("y") << 1 << -32768.0 << 32767.0;
+        QTest::newRow("height") << 2 << 0.0 << 65535.0;
+        QTest::newRow("yaw") << 3 << 0.0 << 360.0;
+        QTest::newRow("pitch") << 4 << 0.0 << 360.0;
+        QTest::newRow("roll") << 5 << 0.0 << 360.0;
+    }
+
+    void editorRangeFollowsTheRow()
+    {
+        QFETCH(int, row);
+        const QDoubleSpinBox* editor = mFixture->openEditor(row, 4);
+        QVERIFY(editor);
+        QTEST(editor->minimum(), "minimum");
+        QTEST(editor->maximum(), "maximum");
+        QCOMPARE(editor->decimals(), 2);
+    }
+
+    void editorStartsWithTheCellsValue()
+    {
+        mFixture->model().setPositions(PositionViewFixture::aCar());
+        QCOMPARE(mFixture->openEditor(3, 0)->value(), 80.0);
+    }
+
+    void editorIsWideEnoughForItsRangeAndStaysInTheTable()
+    {
+        for (const int column : {0, 11}) {
+            QDoubleSpinBox* editor = mFixture->openEditor(0, column);
+            QVERIFY(editor);
+            QVERIFY(editor->width() > editor->fontMetrics().horizontalAdvance("-32768.00"));
+            QVERIFY(mFixture->table().viewport()->rect().contains(editor->geometry()));
+            QTest::keyClick(editor, Qt::Key_Escape);
+            QTRY_VERIFY(!mFixture->table().findChild<QDoubleSpinBox*>());
+        }
+    }
+
+    void typedValuesAreTaken_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<double>("shown");
+        QTest::newRow("smallest x") << 0 << "-32768" << -32768.0;
+        QTest::newRow("largest y") << 1 << "32767" << 32767.0;
+        QTest::newRow("largest height") << 2 << "65535" << 65535.0;
+        QTest::newRow("two decimals") << 3 << "12.34" << 12.34;
+        QTest::newRow("full turn") << 4 << "360" << 0.0;
+        QTest::newRow("last hundredth") << 5 << "359.99" << 359.99;
+        // The key that would leave the range is refused.
+        QTest::newRow("x below its range") << 0 << "-32769" << -3276.0;
+        QTest::newRow("y above its range") << 1 << "32768" << 3276.0;
+        QTest::newRow("negative height") << 2 << "-5" << 0.0;
+        QTest::newRow("more than a turn") << 3 << "361" << 36.0;
+    }
+
+    void typedValuesAreTaken()
+    {
+        QFETCH(int, row);
+        QFETCH(QString, typed);
+        QDoubleSpinBox* editor = mFixture->openEditor(row, 2);
+        QVERIFY(editor);
+        QTest::keyClicks(editor, typed);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY(!mFixture->table().findChild<QDoubleSpinBox*>());
+        QTEST(mFixture->model().index(row, 2).data().toDouble(), "shown");
+    }
+
+    void escapeKeepsTheCell()
+    {
+        mFixture->model().setPositions(PositionViewFixture::aCar());
+        QDoubleSpinBox* editor = mFixture->openEditor(0, 2);
+        QTest::keyClicks(editor, "77");
+        QTest::keyClick(editor, Qt::Key_Escape);
+        QTRY_VERIFY(!mFixture->table().findChild<QDoubleSpinBox*>());
+        QCOMPARE(mFixture->view.positions(), PositionViewFixture::aCar());
+    }
+
+    void tabGoesOnToTheNextSensor()
+    {
+        QDoubleSpinBox* editor = mFixture->openEditor(0, 2);
+        QTest::keyClicks(editor, "77");
+        QTest::keyClick(editor, Qt::Key_Tab);
+        QCOMPARE(mFixture->view.positions()[2].x, std::int16_t{77});
+        QCOMPARE(mFixture->table().currentIndex(), mFixture->model().index(0, 3));
+    }
+
+    void editKeyOpensTheEditor()
+    {
+        mFixture->view.show();
+        mFixture->table().setCurrentIndex(mFixture->model().index(3, 5));
+        QTest::keyClick(&mFixture->table(), Qt::Key_7);
+        QVERIFY(!mFixture->table().findChild<QDoubleSpinBox*>());
+        QTest::keyClick(&mFixture->table(), Qt::Key_F2);
+        QVERIFY(mFixture->table().findChild<QDoubleSpinBox*>());
+    }
+
+    void editModeLocksTableAndButtons()
+    {
+        mFixture->view.show();
+        mFixture->view.setEditMode(true);
+        QCOMPARE(mFixture->table().editTriggers(), QAbstractItemView::NoEditTriggers);
+        QVERIFY(!mFixture->openEditor(0, 2));
+        QVERIFY(mFixture->readButton().isHidden());
+        QVERIFY(mFixture->writeButton().isHidden());
+        mFixture->view.setEditMode(false);
+        QCOMPARE(mFixture->table().editTriggers(),
+                 QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+        QVERIFY(mFixture->openEditor(0, 2));
+        QVERIFY(mFixture->readButton().isVisible());
+        QVERIFY(mFixture->writeButton().isVisible());
+    }
+
+    void editModeTakesWhatWasTyped()
+    {
+        QDoubleSpinBox* editor = mFixture->openEditor(0, 2);
+        QTest::keyClicks(editor, "77");
+        mFixture->view.setEditMode(true);
+        QCOMPARE(mFixture->view.positions()[2].x, std::int16_t{77});
+        QTRY_VERIFY(!mFixture->table().findChild<QDoubleSpinBox*>());
+    }
+
+    void movedSensorKeepsHeightPitchAndRoll()
+    {
+        orv::SensorMountPositions positions = PositionViewFixture::aCar();
+        mFixture->model().setPositions(positions);
+        mFixture->view.setPosition(11, {.x = -1234, .y = 56, .direction = 32768});
+        positions[11].x = -1234;
+        positions[11].y = 56;
+        positions[11].yaw = 32768;
+        QCOMPARE(mFixture->view.positions(), positions);
+    }
+
+    void movedSensorIsSelected()
+    {
+        mFixture->view.setPosition(3, {});
+        const QItemSelectionModel* selection = mFixture->table().selectionModel();
+        QVERIFY(selection->isColumnSelected(3, {}));
+        QCOMPARE(selection->selectedIndexes().size(), 6);
+        mFixture->view.setPosition(4, {});
+        QVERIFY(selection->isColumnSelected(4, {}));
+        QCOMPARE(selection->selectedIndexes().size(), 6);
+    }
+
+    void unknownSensorClearsTheSelection_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::newRow("first beyond") << 12;
+        QTest::newRow("none") << 255;
+    }
+
+    void unknownSensorClearsTheSelection()
+    {
+        QFETCH(int, id);
+        mFixture->model().setPositions(PositionViewFixture::aCar());
+        mFixture->table().selectColumn(3);
+        mFixture->view.setPosition(static_cast<std::uint8_t>(id), {.x = 1, .y = 1});
+        QVERIFY(!mFixture->table().selectionModel()->hasSelection());
+        QCOMPARE(mFixture->view.positions(), PositionViewFixture::aCar());
+    }
+
+    void looksAsInTheGuide()
+    {
+        mFixture->model().setPositions(PositionViewFixture::aCar());
+        mFixture->view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&mFixture->view));
+        QVERIFY(mFixture->openEditor(3, 1));
+        saveScreenshot(mFixture->view, "sensor-positions");
+    }
+
+private:
+    std::unique_ptr<PositionViewFixture> mFixture;
+};
+
+QTEST_MAIN(PositionViewTest)
+#include "test_position_view.moc"

@@ -1,0 +1,25 @@
+#include "views/common/item_tables.h"
+
+#include <QAbstractItemDelegate>
+#include <QHeaderView>
+#include <QStyle>
+#include <QTableView>
+
+void stretchColumns(QTableView& table, const QString& longestText)
+{
+    const int margin = 2 * (table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1) + 2;
+    table.horizontalHeader()->setMinimumSectionSize(
+        table.fontMetrics().horizontalAdvance(longestText) + margin);
+    table.horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+}
+
+void commitOpenEditor(QAbstractItemView& view)
+{
+    const QModelIndex current = view.currentIndex();
+    QWidget* editor = view.indexWidget(current);
+    if (!editor)
+        return;
+    QAbstractItemDelegate* delegate = view.itemDelegate(current);
+    emit delegate->commitData(editor);
+    emit delegate->closeEditor(editor);
+}

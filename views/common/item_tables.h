@@ -1,0 +1,12 @@
+#pragma once
+
+class QAbstractItemView;
+class QString;
+class QTableView;
+
+/// Stretches the columns of a table over its width, but keeps each wide enough for `longestText`.
+void stretchColumns(QTableView& table, const QString& longestText);
+
+/// Takes the value of the cell that is being edited, if there is one, and closes its editor. Tool
+/// buttons and menus take no focus: without this what they write is not what is shown.
+void commitOpenEditor(QAbstractItemView& view);

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QItemDelegate>
+
+/// Edits a cell of the position table in a spin box whose range follows the cell's row.
+class OrvgSensorPositionItemDelegate : public QItemDelegate
+{
+    Q_OBJECT
+
+public:
+    using QItemDelegate::QItemDelegate;
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    void setModelData(QWidget* editor, QAbstractItemModel* model,
+                      const QModelIndex& index) const override;
+
+    /// Covers the cell, and its neighbour where the longest number needs it.
+    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const override;
+};
