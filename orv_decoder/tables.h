@@ -10,15 +10,15 @@ namespace orv {
 inline constexpr std::array<double, 8> kSegmentDurationsUs = {204.8,  409.6,  819.2, 1228.8,
                                                               1638.4, 2662.4, 4096,  6144};
 
-/// Level of a threshold segment as a fraction of full scale, by level index: the sensor's own
-/// steps of 20/21 dB, 10^((k - 37.5) / 21) rounded to six significant digits.
+/// Level of a threshold segment as a fraction of full scale, by level index: 10^(dB / 20) of the
+/// two-decimal figures below, rounded to six significant digits.
 inline constexpr std::array<float, 32> kThresholdLevels = {
     0.016387F,  0.018281F,  0.0203939F, 0.022751F,  0.0254097F, 0.0283465F, 0.0316228F, 0.0352777F,
     0.039355F,  0.0439542F, 0.0490343F, 0.0547016F, 0.0610239F, 0.0681554F, 0.0760326F, 0.0848203F,
     0.0946237F, 0.105682F,  0.117896F,  0.131522F,  0.146724F,  0.16387F,   0.18281F,   0.203939F,
     0.22751F,   0.254097F,  0.283465F,  0.316228F,  0.352777F,  0.39355F,   0.439542F,  0.490343F};
 
-/// The same levels in decibels of full scale, by level index.
+/// The same levels in decibels of full scale, by level index: the sensor's own steps of 20/21 dB.
 inline constexpr std::array<float, 32> kThresholdLevelsDb = {
     -35.71F, -34.76F, -33.81F, -32.86F, -31.9F,  -30.95F, -30.0F,  -29.05F,
     -28.1F,  -27.14F, -26.19F, -25.24F, -24.29F, -23.33F, -22.38F, -21.43F,
