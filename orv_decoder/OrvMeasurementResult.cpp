@@ -12,6 +12,7 @@ namespace orv {
 namespace {
 
 constexpr std::size_t kMaxEchoCount = 255;
+constexpr std::uint32_t kLongestRawTime = 1279;
 
 // One raw unit is 51.2 us. Kept in 16 bits: a raw value of 1280 or more wraps.
 std::uint16_t timeOfFlightFromRaw(std::uint16_t raw)
@@ -19,10 +20,11 @@ std::uint16_t timeOfFlightFromRaw(std::uint16_t raw)
     return static_cast<std::uint16_t>(std::uint32_t{raw} * 512 / 10);
 }
 
-// Rounded up, the inverse of the truncation above.
+// Rounded up, the inverse of the truncation above; never to a value that would wrap.
 std::uint16_t rawFromTimeOfFlight(std::uint16_t timeOfFlight)
 {
-    return static_cast<std::uint16_t>((std::uint32_t{timeOfFlight} * 10 + 511) / 512);
+    const std::uint32_t raw = (std::uint32_t{timeOfFlight} * 10 + 511) / 512;
+    return static_cast<std::uint16_t>(std::min(raw, kLongestRawTime));
 }
 
 OrvSensorEcho decodeEcho(ByteReader& reader)
@@ -105,7 +107,7 @@ std::vector<std::uint8_t> encodeMeasurementResult(const OrvMeasurementResult& re
 {
     std::vector<std::pair<std::uint8_t, std::span<const OrvSensorEcho>>> blocks;
     for (const auto& [sensorId, echoes] : result.echoes) {
-        if (sensorId < kSensorCount && !echoes.empty())
+        if (blocks.size() < kSensorCount && !echoes.empty())
             blocks.emplace_back(sensorId, echoes);
     }
     ByteWriter writer;

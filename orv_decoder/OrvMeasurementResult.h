@@ -47,8 +47,9 @@ struct OrvMeasurementResult
 /// the result is valid, as is one of eight bytes without a block count.
 OrvMeasurementResult decodeMeasurementResult(std::span<const std::uint8_t> datagram);
 
-/// The datagram that decodes to `result`. Sensors without echoes and those past the twelfth are
-/// left out; of a sensor's echoes the first 255 are kept.
+/// The datagram that decodes to `result`. Sensors without echoes are left out; the first twelve of
+/// the others are kept, and of each the first 255 echoes. A time between two raw steps becomes the
+/// later one; the longest is 65484 us.
 std::vector<std::uint8_t> encodeMeasurementResult(const OrvMeasurementResult& result);
 
 } // namespace orv
