@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #ifdef _WIN32
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
 #define _WINSOCK_DEPRECATED_NO_WARNINGS
 #include <winsock2.h>
 #else
