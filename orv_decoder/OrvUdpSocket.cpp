@@ -8,6 +8,14 @@ bool OrvUdpSocket::open()
 {
     if (mOpen)
         return true;
+    mOpen = createAndBind();
+    if (!mOpen)
+        mSocket.close();
+    return mOpen;
+}
+
+bool OrvUdpSocket::createAndBind()
+{
     if (!mSocket.startUp())
         return fail("Can't start win sock");
     if (!mSocket.create())
@@ -17,7 +25,6 @@ bool OrvUdpSocket::open()
         return fail("Can't set receive timeout");
     if (!mSocket.bindToAnyAddress(mPort))
         return fail("Can't bind socket");
-    mOpen = true;
     return true;
 }
 

@@ -32,6 +32,8 @@ public:
     bool receive(std::vector<std::uint8_t>& datagram, std::uint32_t timeoutMs) override;
 
 private:
+    bool createAndBind();
+
     std::uint16_t mPort;
     bool mOpen = false;
     DatagramSocket mSocket;
