@@ -1,0 +1,103 @@
+#!/usr/bin/env python3
+"""One whole run of the two real programs.
+
+usage: test_whole_run.py TARVIO SIMULATOR
+"""
+import sys
+import unittest
+
+import programs
+from programs import wait_for
+
+TARVIO, SIMULATOR = sys.argv[1:3]
+
+WALL_MM = 2000
+SPEED_OF_SOUND_M_PER_S = 343
+# One unit of the ECU's time of flight.
+RESOLUTION_MS = 0.0512
+
+
+class WholeRun(unittest.TestCase):
+    def setUp(self):
+        self.ports = [programs.free_port() for _ in range(3)]
+        self.simulator = None
+        control, receive, fsp = self.ports
+        self.tarvio = programs.Tarvio(TARVIO, {"ecu_ip": "127.0.0.1", "control_port": control,
+                                               "receive_port": receive, "fsp_port": fsp})
+
+    def tearDown(self):
+        self.stop_simulator()
+        self.tarvio.stop()
+
+    def start_simulator(self):
+        self.simulator = programs.Simulator(SIMULATOR, *self.ports, "--scene", "wall",
+                                            "--wall-distance", str(WALL_MM))
+
+    def stop_simulator(self):
+        if self.simulator:
+            self.assertEqual(self.simulator.stop(), 0)
+            self.simulator = None
+
+    def wait_for_link(self, state):
+        wait_for(f"the LED to say {state!r}", lambda: self.tarvio.link_state() == state)
+
+    def wait_for_message(self, text):
+        wait_for(f"the message {text!r}", lambda: self.tarvio.message() == text)
+
+    def first_echo_ms(self):
+        """The time of flight in the echo table's first row; None while it is empty."""
+        for table in self.tarvio.all("table"):
+            table.clearCache()
+            grid = table.queryTable()
+            if grid.nColumns == 2 and grid.nRows == 5:
+                text = grid.getAccessibleAt(0, 0).name
+                return float(text) if text else None
+        return None
+
+    def test_link_comes_up_echoes_are_shown_and_the_link_is_lost_and_found(self):
+        self.wait_for_link("ECU disconnected.")
+        self.assertEqual(self.tarvio.message(), "")
+
+        self.start_simulator()
+        self.wait_for_message("ECU (re)connected. Firmware version: 2.14.0")
+        self.wait_for_link("ECU connected.")
+        wait_for("the automatic read", lambda: self.simulator.requests("read sensor positions"))
+        self.assertEqual(self.simulator.requests("read thresholds"), 12)
+
+        self.tarvio.type("alt+c", "c")
+        wait_for("an echo in the table", self.first_echo_ms)
+        expected_ms = 2 * WALL_MM / SPEED_OF_SOUND_M_PER_S
+        self.assertAlmostEqual(self.first_echo_ms(), expected_ms, delta=RESOLUTION_MS)
+
+        self.stop_simulator()
+        self.wait_for_message("Connection to ECU lost")
+        self.wait_for_link("ECU disconnected.")
+
+        self.start_simulator()
+        self.wait_for_message("ECU (re)connected. Firmware version: 2.14.0")
+        self.wait_for_link("ECU connected.")
+        self.assertEqual(self.simulator.requests("read thresholds"), 0)
+
+        self.assertEqual(self.tarvio.output(), "", "nothing is expected on standard error")
+
+
+class FirstStart(unittest.TestCase):
+    """Without any settings; 192.168.1.3 has to be an address of this machine."""
+
+    def test_first_start_talks_to_the_default_address_and_writes_its_settings(self):
+        simulator = programs.Program([SIMULATOR, "--address", "192.168.1.3"])
+        tarvio = programs.Tarvio(TARVIO, None)
+        try:
+            wait_for("the connection", lambda: tarvio.link_state() == "ECU connected.")
+            text = tarvio.store.read_text()
+        finally:
+            tarvio.stop()
+            simulator.stop()
+        section = text.split("[network]")[1].split("[")[0].split()
+        self.assertEqual(sorted(section), [
+            "control_port=50002", "ecu_gateway=192.168.1.1", "ecu_ip=192.168.1.3",
+            "ecu_subnet=255.255.255.0", "host_ip=192.168.1.5", "receive_port=50001"])
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=2)
