@@ -34,6 +34,9 @@ private slots:
     void viewStatesAreSavedOnClose();
     void importedNetworkIsGoneAfterTheClose();
     void importedNetworkWithoutACloseStays();
+    void junkInTheStoreIsAFirstStart_data();
+    void junkInTheStoreIsAFirstStart();
+    void junkInTheSavedStateLeavesTheWindowUsable();
     void subWindowsCannotBeClosed_data();
     void subWindowsCannotBeClosed();
     void liveEchoesAreInFront();
@@ -231,6 +234,37 @@ void TestMainWindow::importedNetworkWithoutACloseStays()
     mProfile->setValue("network_imported/ecu_ip", "10.0.0.1");
     TarvioWindow window;
     QVERIFY(mProfile->groups().contains("network_imported"));
+}
+
+void TestMainWindow::junkInTheStoreIsAFirstStart_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("binary") << QByteArray("\x00\xff[\x7f=\n\n]]]", 10);
+    QTest::newRow("other groups only") << QByteArray("[elsewhere]\nkey=1\n");
+}
+
+// Nothing is sent before the event loop runs, so the default address may stand here.
+void TestMainWindow::junkInTheStoreIsAFirstStart()
+{
+    QFETCH(QByteArray, content);
+    QFile file(mProfile->fileName());
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(content);
+    file.close();
+    TarvioWindow window;
+    auto* threshold = window.findChild<QDockWidget*>("thresholdDock");
+    QCOMPARE(window.tabifiedDockWidgets(threshold).size(), 2);
+    const auto* store = window.findChild<QSettings*>();
+    QCOMPARE(store->value("network/ecu_ip").toString(), QString("192.168.1.3"));
+}
+
+void TestMainWindow::junkInTheSavedStateLeavesTheWindowUsable()
+{
+    for (const char* key : {"geometry", "state", "live_view", "freespaces_view", "thresholds_view"})
+        mProfile->setValue(QString("main_window/") + key, QByteArray("junk"));
+    const auto window = shownWindow();
+    QVERIFY(window->findChild<QDockWidget*>("thresholdDock"));
+    QVERIFY(window->findChild<QMdiArea*>("mMdiArea")->isVisible());
 }
 
 void TestMainWindow::subWindowsCannotBeClosed_data()
