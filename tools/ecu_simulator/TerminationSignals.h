@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QObject>
+
+namespace ecusim {
+
+/// Turns SIGINT and SIGTERM into a Qt signal. One object a process; without effect where there are
+/// no such signals.
+class TerminationSignals : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TerminationSignals(QObject* parent = nullptr);
+
+signals:
+    void terminated();
+};
+
+} // namespace ecusim
