@@ -50,6 +50,7 @@ void OrvCtrlClient::setSocket(OrvCtrlSocketBase* socket)
 
 bool OrvCtrlClient::readMeasurementSequence(std::vector<MseqStep>& steps)
 {
+    steps.clear();
     auto buffer = readPayload();
     if (!exchange(ControlCommand::MeasurementSequence, buffer))
         return false;
@@ -59,10 +60,8 @@ bool OrvCtrlClient::readMeasurementSequence(std::vector<MseqStep>& steps)
     if (count > kMaxStepCount)
         return fail("wrong format");
     // Bytes behind the last step are the ECU's own business.
-    std::vector<MseqStep> decoded;
-    if (!decodeSteps(std::span(buffer).subspan(1), count, decoded))
+    if (!decodeSteps(std::span(buffer).subspan(1), count, steps))
         return fail("wrong format");
-    steps = std::move(decoded);
     return true;
 }
 

@@ -21,7 +21,7 @@ class OrvCtrlSocketBase;
 /// An operation blocks its caller for at most the socket's receive timeout, retries nothing and
 /// throws nothing. It returns false on failure with the reason in lastError(): "socket: " and the
 /// socket's reason, "checksum error", "wrong reply type", "wrong data size", "ECU error (" status
-/// ")", and what its own comment adds. Output arguments are written on success only.
+/// ")", and what its own comment adds. Output records are written on success only.
 class OrvCtrlClient
 {
 public:
@@ -34,7 +34,8 @@ public:
 
     std::string lastError() const { return mLastError; }
 
-    /// Also fails with "wrong format" for more than 12 steps or a step that is cut short.
+    /// Clears `steps` first. Also fails with "wrong format" for more than 12 steps or a step that
+    /// is cut short, before which the whole ones are kept.
     bool readMeasurementSequence(std::vector<MseqStep>& steps);
     /// Sends nothing and fails with "Only 1...12 steps can be set." for any other count.
     bool writeMeasurementSequence(std::span<const MseqStep> steps);
