@@ -1,5 +1,4 @@
 #include "tests/support/MessageBoxWatcher.h"
-#include "tests/support/screenshots.h"
 #include "views/plot/OrvgPlotWidget.h"
 
 #include <QTemporaryDir>
@@ -239,20 +238,6 @@ private slots:
         plot.setThresholdsShown(true);
         plot.resize(1, 1);
         QCOMPARE(plot.grab().size(), QSize(1, 1) * plot.devicePixelRatio());
-    }
-
-    void looksAsInTheGuide()
-    {
-        Plot plot;
-        plot.resize(800, 300);
-        plot.setThresholdColor(kOrange);
-        plot.setThresholds(
-            {0x5F, 0x5C, 0x56, 0x70, 0x6C, 0x8A, 0x88, 0x86, 0xA5, 0xA4, 0xA3, 0xC2});
-        plot.setThresholdsShown(true);
-        plot.setMarkedColumn(4);
-        plot.addData({echo(512, 15), echo(563, 14), echo(5120, 9), echo(5171, 10), echo(11724, 6)});
-        QCOMPARE(plot.grab().size(), QSize(800, 300) * plot.devicePixelRatio());
-        saveScreenshot(plot, "plot");
     }
 
 private:
