@@ -1,7 +1,183 @@
 #include "views/recording/OrvgCurveRecordingDialog.h"
 
-OrvgCurveRecordingDialog::OrvgCurveRecordingDialog(orv::OrvCtrlClient*, QWidget* parent)
-    : QDialog(parent)
-{}
+#include "orv_decoder/OrvCtrlClient.h"
+#include "ui_OrvgCurveRecordingDialog.h"
+#include "views/recording/recording_pattern.h"
 
-void OrvgCurveRecordingDialog::onNewMeasResult(orv::OrvMeasurementResult) {}
+#include <QFileDialog>
+#include <QLocale>
+#include <QMessageBox>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kWatchdogIntervalMs = 2000;
+
+std::uint8_t valueOf(const QSpinBox* box)
+{
+    return static_cast<std::uint8_t>(box->value());
+}
+
+} // namespace
+
+OrvgCurveRecordingDialog::OrvgCurveRecordingDialog(orv::OrvCtrlClient* client, QWidget* parent)
+    : QDialog(parent), mUi(std::make_unique<Ui::OrvgCurveRecordingDialog>()), mClient(client)
+{
+    mUi->setupUi(this);
+    setWatchdogInterval(kWatchdogIntervalMs);
+    fillControls();
+    connectSignals();
+    updateControls();
+}
+
+OrvgCurveRecordingDialog::~OrvgCurveRecordingDialog() = default;
+
+void OrvgCurveRecordingDialog::setWatchdogInterval(int milliseconds)
+{
+    mWatchdog.setInterval(milliseconds);
+}
+
+QString OrvgCurveRecordingDialog::timingsText(qint64 elapsedMs)
+{
+    const double seconds = static_cast<double>(elapsedMs) / 1000;
+    return tr("Measurement done in %1 sec.").arg(seconds, 0, 'g', QLocale::FloatingPointShortest);
+}
+
+void OrvgCurveRecordingDialog::fillControls()
+{
+    for (int sensor = 0; sensor < orv::kSensorCount; ++sensor)
+        mUi->mSensorCb->addItem(tr("Sensor %1").arg(sensor + 1));
+    const RecordingSettings initial;
+    mUi->mWindowLeftSb->setValue(initial.windowLeft);
+    mUi->mWindowRightSb->setValue(initial.windowRight);
+    mUi->mLutStepSb->setValue(initial.positionStep);
+    mUi->mSamplesCountSb->setValue(initial.samplesPerStep);
+    mUi->mProgressBar->setRange(0, static_cast<int>(kEndPosition));
+    mUi->mProgressBar->setValue(0);
+}
+
+void OrvgCurveRecordingDialog::connectSignals()
+{
+    using Dialog = OrvgCurveRecordingDialog;
+    connect(mUi->mRecordPb, &QPushButton::clicked, this, &Dialog::onRecordClicked);
+    connect(mUi->mStopPb, &QPushButton::clicked, this, &Dialog::onStopClicked);
+    connect(mUi->mSavePb, &QPushButton::clicked, this, &Dialog::onSaveClicked);
+    connect(mUi->mMaxRb, &QRadioButton::toggled, mUi->mPlot, &OrvgPlotWidget::setMaximumMode);
+    connect(&mWatchdog, &QTimer::timeout, this, &Dialog::onWatchdogTimeout);
+}
+
+void OrvgCurveRecordingDialog::updateControls()
+{
+    const bool idle = mState == State::Idle;
+    mUi->mRecordPb->setEnabled(idle || mState == State::StopRequested);
+    mUi->mStopPb->setEnabled(!idle);
+    mUi->mSavePb->setEnabled(idle);
+    mUi->mSensorCb->setEnabled(idle);
+}
+
+RecordingSettings OrvgCurveRecordingDialog::settings() const
+{
+    return {.sensor = static_cast<std::uint8_t>(mUi->mSensorCb->currentIndex()),
+            .windowLeft = valueOf(mUi->mWindowLeftSb),
+            .windowRight = valueOf(mUi->mWindowRightSb),
+            .samplesPerStep = valueOf(mUi->mSamplesCountSb),
+            .positionStep = valueOf(mUi->mLutStepSb)};
+}
+
+void OrvgCurveRecordingDialog::done(int result)
+{
+    endRecording();
+    QDialog::done(result);
+}
+
+void OrvgCurveRecordingDialog::onNewMeasResult(orv::OrvMeasurementResult result)
+{
+    switch (mState) {
+    case State::StartRequested:
+        startRecording();
+        break;
+    case State::StopRequested:
+        endRecording();
+        break;
+    case State::Recording:
+        record(result);
+        break;
+    case State::Idle:
+        break;
+    }
+}
+
+void OrvgCurveRecordingDialog::onRecordClicked()
+{
+    mState = State::StartRequested;
+    mWatchdog.start();
+    updateControls();
+}
+
+void OrvgCurveRecordingDialog::onStopClicked()
+{
+    const bool nothingToStop = mState == State::Idle;
+    mState = State::StopRequested;
+    if (!nothingToStop)
+        updateControls();
+}
+
+void OrvgCurveRecordingDialog::onSaveClicked()
+{
+    const QString fileName =
+        QFileDialog::getSaveFileName(this, tr("Select file"), QString(), tr("CSV files(*.csv)"));
+    if (!fileName.isEmpty())
+        mUi->mPlot->save(fileName);
+}
+
+void OrvgCurveRecordingDialog::onWatchdogTimeout()
+{
+    // Before the box: no result may move the window and no second box open while it waits.
+    endRecording();
+    QMessageBox::warning(this, tr("Timeout"), tr("Data receiving timeout. Recording is aborted."));
+}
+
+void OrvgCurveRecordingDialog::startRecording()
+{
+    mStartTime.start();
+    mState = State::Recording;
+    mUi->mPlot->resetData();
+    mSweep.start(valueOf(mUi->mSamplesCountSb));
+}
+
+void OrvgCurveRecordingDialog::record(const orv::OrvMeasurementResult& result)
+{
+    mWatchdog.start();
+    const RecordingSweep::Step step = mSweep.take(result, settings());
+    if (step.echoes)
+        mUi->mPlot->addData(*step.echoes);
+    if (step.threshold)
+        moveWindow(*step.threshold, step.position);
+    if (!step.complete)
+        return;
+    const qint64 elapsedMs = mStartTime.elapsed();
+    endRecording();
+    QMessageBox::information(this, tr("Timings"), timingsText(elapsedMs));
+}
+
+void OrvgCurveRecordingDialog::moveWindow(const orv::SensorThreshold& threshold,
+                                          std::uint32_t position)
+{
+    // A step may jump over the end, which the bar does not show. It keeps the last recording's
+    // progress until the window has left the start.
+    if (position != 0)
+        mUi->mProgressBar->setValue(static_cast<int>(std::min(position, kEndPosition)));
+    // A write that fails costs one step of the curve, not the recording.
+    if (mClient)
+        mClient->writeThresholds(threshold, false);
+    mUi->mPlot->setThresholds(threshold.entries);
+    mUi->mPlot->setThresholdsShown(true);
+}
+
+void OrvgCurveRecordingDialog::endRecording()
+{
+    mState = State::Idle;
+    mWatchdog.stop();
+    updateControls();
+}

@@ -1,22 +1,73 @@
 #pragma once
 
 #include "orv_decoder/metatypes.h"
+#include "views/recording/RecordingSweep.h"
 
 #include <QDialog>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <memory>
 
 namespace orv {
 class OrvCtrlClient;
 }
 
-/// Records the envelope curve of one sensor.
+namespace Ui {
+class OrvgCurveRecordingDialog;
+}
+
+/// Records the envelope curve of one sensor: slides a narrow receive window over the time of
+/// flight and collects the echoes that pass it.
+///
+/// The window is moved by writing the sensor's thresholds to the ECU, not permanently. Closing the
+/// dialog ends a recording.
 class OrvgCurveRecordingDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// The client is borrowed.
+    /// The client is borrowed; with a null one nothing is written.
     OrvgCurveRecordingDialog(orv::OrvCtrlClient* client, QWidget* parent);
+    ~OrvgCurveRecordingDialog() override;
+
+    /// A recording without a result for this long is aborted; 2000 ms at first.
+    void setWatchdogInterval(int milliseconds);
+
+    /// What the user is told at the end of a recording.
+    static QString timingsText(qint64 elapsedMs);
+
+    void done(int result) override;
 
 public slots:
     void onNewMeasResult(orv::OrvMeasurementResult result);
+    void onRecordClicked();
+    void onStopClicked();
+    void onSaveClicked();
+    void onWatchdogTimeout();
+
+private:
+    enum class State {
+        Idle = 0,
+        StartRequested = 1,
+        StopRequested = 2,
+        Recording = 3,
+    };
+
+    void fillControls();
+    void connectSignals();
+    void updateControls();
+    RecordingSettings settings() const;
+
+    void startRecording();
+    void record(const orv::OrvMeasurementResult& result);
+    void moveWindow(const orv::SensorThreshold& threshold, std::uint32_t position);
+    void endRecording();
+
+    std::unique_ptr<Ui::OrvgCurveRecordingDialog> mUi;
+    orv::OrvCtrlClient* mClient; // borrowed from the window
+    State mState = State::Idle;
+    RecordingSweep mSweep;
+    QElapsedTimer mStartTime;
+    QTimer mWatchdog{this};
 };
