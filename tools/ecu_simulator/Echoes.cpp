@@ -189,7 +189,7 @@ orv::OrvMeasurementResult Echoes::measure(const EcuState& state, std::uint32_t i
     result.sendMask = step.activeMask & present;
     result.receiveMask = step.passiveMask & present;
 
-    // Drawn for every sensor, heard or not: a threshold must not change the noise of the others.
+    // Noise is drawn before the threshold cuts: writing a threshold leaves the other echoes alone.
     SeededRandom random(mSeed, index);
     for (std::uint8_t id = 0; id < orv::kSensorCount; ++id) {
         const orv::OrvSensorRole role = result.role(id);

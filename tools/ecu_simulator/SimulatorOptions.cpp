@@ -271,7 +271,7 @@ CommandLine parseCommandLine(const QStringList& arguments)
     describe(parser);
     if (!parser.parse(arguments))
         return {.action = CommandLine::Action::Refuse, .text = parser.errorText()};
-    if (parser.isSet(QStringLiteral("help")))
+    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all")))
         return {.action = CommandLine::Action::PrintAndEnd, .text = parser.helpText()};
     if (parser.isSet(QStringLiteral("version")))
         return {
