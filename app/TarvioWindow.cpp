@@ -77,6 +77,7 @@ void TarvioWindow::initViews()
     restoreWindowState();
     handOutControlClient();
     fillViewMenu();
+    keepToolBar();
     createStatusWidget();
     connectLiveData();
     connectActions();
@@ -152,6 +153,12 @@ void TarvioWindow::fillViewMenu()
     addToggle(mUi->mseqDock, QStringLiteral(":/icons/icons/mseq.png"));
     addToggle(mUi->thresholdDock, QStringLiteral(":/icons/icons/thresholds.png"));
     addToggle(mUi->sensorPositionDock, QStringLiteral(":/icons/icons/sposition.png"));
+}
+
+// The bar has no title: its entry in the context menu would be a blank line that hides it.
+void TarvioWindow::keepToolBar()
+{
+    mUi->mainToolBar->toggleViewAction()->setVisible(false);
 }
 
 void TarvioWindow::createStatusWidget()

@@ -68,6 +68,7 @@ private:
     void arrangeDocks();
     void handOutControlClient();
     void fillViewMenu();
+    void keepToolBar();
     void createStatusWidget();
     void connectLiveData();
     void connectActions();

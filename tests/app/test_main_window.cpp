@@ -8,6 +8,7 @@
 #include <QDockWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QSplitter>
 #include <QStatusBar>
@@ -28,6 +29,7 @@ private slots:
     void menusHoldTheirEntriesInOrder();
     void toolBarHoldsItsActionsInOrder();
     void iconButtonsOfTheToolBarHaveToolTips();
+    void contextMenuListsTheDocksAlone();
     void captureShowsPlayWhenOffAndPauseWhenOn();
     void firstStartPutsTheThresholdDockInFront();
     void dockLayoutSurvivesARestart();
@@ -175,6 +177,20 @@ void TestMainWindow::iconButtonsOfTheToolBarHaveToolTips()
     }
 }
 
+void TestMainWindow::contextMenuListsTheDocksAlone()
+{
+    TarvioWindow window;
+    const std::unique_ptr<QMenu> menu(window.createPopupMenu());
+    QStringList visible;
+    for (const QAction* action : menu->actions()) {
+        if (action->isVisible() && !action->isSeparator())
+            visible << action->text();
+    }
+    visible.sort();
+    QCOMPARE(visible,
+             QStringList({"&Measurement Sequence", "&Threshold control", "Se&nsor Position"}));
+}
+
 void TestMainWindow::captureShowsPlayWhenOffAndPauseWhenOn()
 {
     TarvioWindow window;
@@ -286,9 +302,12 @@ void TestMainWindow::subWindowsCannotBeClosed()
         QTest::keySequence(window.get(), keys);
         area->closeActiveSubWindow();
         QVERIFY(subWindow->isVisible());
-        QVERIFY(!subWindow->windowFlags().testFlag(Qt::WindowCloseButtonHint));
-        QVERIFY(subWindow->windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
-        QVERIFY(subWindow->windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
+        // Qt gives each window with a button its title and system menu.
+        const Qt::WindowFlags hints =
+            subWindow->windowFlags() & ~Qt::WindowFlags(Qt::WindowType_Mask);
+        QCOMPARE(hints, Qt::CustomizeWindowHint | Qt::WindowMinimizeButtonHint |
+                            Qt::WindowMaximizeButtonHint | Qt::WindowTitleHint |
+                            Qt::WindowSystemMenuHint);
     }
     QCOMPARE(area->subWindowList().size(), 2);
 }
