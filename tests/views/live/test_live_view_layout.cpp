@@ -175,6 +175,18 @@ private slots:
         QVERIFY(!view.findChild<OrvgSignalWidget*>("signalWidget")->isClickable());
     }
 
+    void tabKeyLeavesTheTable()
+    {
+        OrvgLiveView view;
+        view.show();
+        view.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&view));
+        auto* table = view.findChild<QTableWidget*>("echoTable");
+        table->setFocus();
+        QTest::keyClick(table, Qt::Key_Tab);
+        QVERIFY(!table->hasFocus());
+    }
+
     void screenReaderNamesEveryPart()
     {
         OrvgLiveView view;

@@ -75,6 +75,33 @@ private slots:
         QVERIFY(table.rowHeight(0) < 3 * table.fontMetrics().height());
     }
 
+    void rowsAreAsHighAsTheirTwoLines()
+    {
+        mFixture->view.show();
+        const QTableView& table = mFixture->table();
+        const int twoLines = 2 * table.fontMetrics().lineSpacing();
+        QVERIFY(table.rowHeight(0) >= twoLines);
+        QVERIFY2(table.rowHeight(0) <= twoLines + 4,
+                 qPrintable(QString::number(table.rowHeight(0))));
+        QCOMPARE(table.rowHeight(11), table.rowHeight(0));
+    }
+
+    void tabKeyRunsThroughTheViewAndNotThroughTheCells()
+    {
+        mFixture->view.show();
+        mFixture->view.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&mFixture->view));
+        mFixture->select(2, 4);
+        mFixture->table().setFocus();
+        QStringList order;
+        for (int i = 0; i < 7; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            order << QApplication::focusWidget()->objectName();
+        }
+        QCOMPARE(order, QStringList({"mCalibrateTb", "mReadTb", "mReadAllTb", "mWriteTb",
+                                     "mWriteAllTb", "mResetTb", "mScaleCb"}));
+    }
+
     void firstSelectionShowsCurveAndScale()
     {
         mFixture->model().setScale(0, 3);
