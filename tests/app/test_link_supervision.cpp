@@ -26,6 +26,8 @@ private slots:
     void silentEcuShowsDisconnectedWithoutAMessage();
     void answeringEcuWithoutLiveDataIsHalfActive();
     void lostConnectionStaysInTheStatusBar();
+    void reconnectionTellsTheVersionAgainButReadsNothing();
+    void liveRecordMakesTheWindowAskForTheVersion();
     void captureOffCountsRecordsAsSignOfLifeOnly();
     void captureHandsEachRecordToTheViews();
     void captureDiscardsWhatWasBuffered();
@@ -125,6 +127,35 @@ void TestLinkSupervision::lostConnectionStaysInTheStatusBar()
     QCOMPARE(message(), QString("Connection to ECU lost"));
     window().onStatusTimeout();
     QCOMPARE(message(), QString("Connection to ECU lost"));
+}
+
+void TestLinkSupervision::reconnectionTellsTheVersionAgainButReadsNothing()
+{
+    answer();
+    window().onStatusTimeout();
+    const int automaticReads = requestsWithCode(1);
+    QVERIFY(automaticReads > 0);
+    QVERIFY(!QApplication::activeModalWidget());
+    mEcu->beSilent();
+    window().onStatusTimeout();
+    answer();
+    window().onStatusTimeout();
+    QCOMPARE(message(), QString("ECU (re)connected. Firmware version: 2.14.0"));
+    QCOMPARE(requestsWithCode(1), automaticReads);
+}
+
+void TestLinkSupervision::liveRecordMakesTheWindowAskForTheVersion()
+{
+    answer();
+    setCapture(true);
+    streamMeasurement(1);
+    QTRY_COMPARE(message(), QString("ECU (re)connected. Firmware version: 2.14.0"));
+    QCOMPARE(led().toolTip(), QString("ECU connected."));
+    QCOMPARE(requestsWithCode(2), 1);
+    QSignalSpy results(&window(), &TarvioWindow::measResultReceived);
+    streamMeasurement(2);
+    QTRY_COMPARE(results.count(), 1);
+    QCOMPARE(requestsWithCode(2), 1);
 }
 
 void TestLinkSupervision::captureOffCountsRecordsAsSignOfLifeOnly()
