@@ -1,18 +1,141 @@
 #include "views/freespace/OrvgFreespacesView.h"
 
-OrvgFreespacesView::OrvgFreespacesView(OrvgSensorPositionView*, QWidget* parent) : QWidget(parent)
+#include "orv_decoder/constants.h"
+#include "ui_OrvgFreespacesView.h"
+#include "views/freespace/OrvgSensorParameterWidget.h"
+#include "views/positions/OrvgSensorPositionView.h"
+
+#include <QHeaderView>
+
+OrvgFreespacesView::OrvgFreespacesView(OrvgSensorPositionView* positions, QWidget* parent)
+    : QWidget(parent)
+    , mPositions(positions)
+    , mUi(std::make_unique<Ui::OrvgFreespacesView>())
+    , mSelectedSensor(orv::kNoSensor)
 {
-    setWindowTitle(tr("Freespaces"));
+    mUi->setupUi(this);
+    createParameterWidget();
+    createDistanceCells();
+    showMode(false);
+    mUi->graphicsView->scene()->clearSelection();
+    connectSignals();
 }
+
+OrvgFreespacesView::~OrvgFreespacesView() = default;
 
 QByteArray OrvgFreespacesView::saveState() const
 {
-    return {};
+    return mUi->splitter->saveState();
 }
 
-bool OrvgFreespacesView::restoreState(const QByteArray&)
+bool OrvgFreespacesView::restoreState(const QByteArray& state)
 {
-    return false;
+    return mUi->splitter->restoreState(state);
 }
 
-void OrvgFreespacesView::onNewFreespacePackage(orv::OrvFreespacePackage) {}
+void OrvgFreespacesView::onLoadButtonClicked()
+{
+    mPositions->onReadSensorPositionTbClicked(false);
+    placeSensors();
+}
+
+void OrvgFreespacesView::onNewFreespacePackage(orv::OrvFreespacePackage fspPackage)
+{
+    mUi->graphicsView->onNewFreespacePackage(fspPackage);
+    for (const orv::OrvFreespaceEntry& entry : fspPackage.entries) {
+        if (entry.sensorId < orv::kSensorCount)
+            showDistances(entry);
+    }
+}
+
+void OrvgFreespacesView::onSetEditMode(bool state)
+{
+    showMode(state);
+    if (state) {
+        emit editModeActivated();
+        placeSensors();
+    } else {
+        mUi->graphicsView->scene()->clearSelection();
+    }
+}
+
+void OrvgFreespacesView::onSensorSelected(uint8_t fspId, orv::OrvSensorPosition sensorPosition)
+{
+    mSelectedSensor = fspId;
+    mParameters->showSensor(fspId, sensorPosition);
+    mPositions->setPosition(fspId, sensorPosition);
+}
+
+void OrvgFreespacesView::onSensorParameterChanged(orv::OrvSensorPosition sensorPosition)
+{
+    mUi->graphicsView->setSelectedPosition(sensorPosition);
+    if (mSelectedSensor < orv::kSensorCount)
+        mPositions->setPosition(mSelectedSensor, sensorPosition);
+}
+
+void OrvgFreespacesView::createParameterWidget()
+{
+    mParameters = new OrvgSensorParameterWidget(mUi->mSensorParameterPage);
+    mUi->mSensorParameterLayout->insertWidget(0, mParameters);
+}
+
+void OrvgFreespacesView::createDistanceCells()
+{
+    mUi->mTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    for (int row = 0; row < mUi->mTable->rowCount(); ++row) {
+        for (int column = 0; column < mUi->mTable->columnCount(); ++column) {
+            auto* cell = new QTableWidgetItem;
+            cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            mUi->mTable->setItem(row, column, cell);
+        }
+    }
+}
+
+void OrvgFreespacesView::connectSignals()
+{
+    OrvgFreespaceGraphicsView* picture = mUi->graphicsView;
+    connect(mUi->mModeButton, &QToolButton::toggled, picture,
+            &OrvgFreespaceGraphicsView::onSetEditMode);
+    connect(mUi->mModeButton, &QToolButton::toggled, this, &OrvgFreespacesView::onSetEditMode);
+    connect(picture, &OrvgFreespaceGraphicsView::fspSelected, this,
+            &OrvgFreespacesView::onSensorSelected);
+    connect(mParameters, &OrvgSensorParameterWidget::sensorParameterChanged, this,
+            &OrvgFreespacesView::onSensorParameterChanged);
+    connect(mUi->mLoadButton, &QToolButton::clicked, this,
+            &OrvgFreespacesView::onLoadButtonClicked);
+    // The button's checked state is not the slot's silent flag.
+    connect(mUi->mProgramButton, &QToolButton::clicked, mPositions,
+            [this] { mPositions->onWriteSensorPositionTbClicked(false); });
+    connect(mUi->mZoomInButton, &QToolButton::clicked, picture,
+            &OrvgFreespaceGraphicsView::onZoomIn);
+    connect(mUi->mZoomOutButton, &QToolButton::clicked, picture,
+            &OrvgFreespaceGraphicsView::onZoomOut);
+}
+
+void OrvgFreespacesView::showMode(bool editMode)
+{
+    mPositions->setEditMode(editMode);
+    mUi->graphicsView->setInteractive(editMode);
+    mUi->mWedgeDistancesGB->setVisible(!editMode);
+    mUi->mRightStackedWidget->setCurrentWidget(editMode ? mUi->mSensorParameterPage
+                                                        : mUi->mWedgeDistancesPage);
+    mUi->mLoadButton->setEnabled(editMode);
+    mUi->mProgramButton->setEnabled(editMode);
+}
+
+void OrvgFreespacesView::placeSensors()
+{
+    emit loadPositions();
+    mUi->graphicsView->setPositions(mPositions->positions());
+}
+
+void OrvgFreespacesView::showDistances(const orv::OrvFreespaceEntry& entry)
+{
+    for (std::size_t i = 0; i < entry.distances.size(); ++i) {
+        const orv::OrvDistanceItem& item = entry.distances[i];
+        const QString text = item.isPresent() ? tr("%1 mm").arg(item.distanceMm) : QString();
+        QTableWidgetItem* cell = mUi->mTable->item(entry.sensorId, static_cast<int>(i));
+        if (cell->text() != text) // an unchanged cell needs no repaint
+            cell->setText(text);
+    }
+}

@@ -1,0 +1,21 @@
+#include "views/freespace/FreespaceItem.h"
+
+#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/freespace_style.h"
+
+#include <QBrush>
+
+FreespaceItem::FreespaceItem(const QColor& colour)
+    : mOutline(new QGraphicsPolygonItem(this)), mWedge(new QGraphicsPolygonItem(this))
+{
+    mOutline->setPen(freespace::outlinePen(colour));
+    mWedge->setPen(freespace::wedgePen());
+}
+
+void FreespaceItem::setShape(const freespace::Shape& shape)
+{
+    mOutline->setBrush(freespace::distanceGradient(shape.distanceGradient));
+    mOutline->setPolygon(shape.outline);
+    mWedge->setBrush(freespace::areaGradient(shape.areaGradient));
+    mWedge->setPolygon(shape.wedge);
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QGraphicsItemGroup>
+
+class QColor;
+
+namespace freespace {
+struct Shape;
+}
+
+/// The two translucent polygons of one sensor's freespace: the outline, and the wedge above it.
+class FreespaceItem : public QGraphicsItemGroup
+{
+public:
+    explicit FreespaceItem(const QColor& colour);
+
+    void setShape(const freespace::Shape& shape);
+
+private:
+    QGraphicsPolygonItem* mOutline;
+    QGraphicsPolygonItem* mWedge;
+};

@@ -1,0 +1,170 @@
+#include "views/freespace/FreespaceScene.h"
+
+#include "views/freespace/FreespaceItem.h"
+#include "views/freespace/OrvgSensorItem.h"
+#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/freespace_style.h"
+
+#include <QPen>
+#include <QSignalBlocker>
+
+#include <utility>
+
+namespace {
+
+const QColor kBackground(240, 240, 250);
+// Wide enough that the picture can be scrolled, and so held at the zoom anchor, at any usual scale.
+constexpr double kExtentMm = 150000;
+constexpr qreal kSensorZ = 2;
+constexpr qreal kLatestFreespaceZ = 1;
+constexpr qreal kFreespaceZ = 0;
+
+} // namespace
+
+FreespaceScene::FreespaceScene(QObject* parent) : QGraphicsScene(parent)
+{
+    setItemIndexMethod(NoIndex); // few items, and nearly all of them move
+    setSceneRect(-kExtentMm, -kExtentMm, 2 * kExtentMm, 2 * kExtentMm);
+    setBackgroundBrush(kBackground);
+    drawVehicleOrigin();
+}
+
+void FreespaceScene::draw(const orv::OrvFreespacePackage& package)
+{
+    if (package.entries.empty())
+        return;
+    removeOutdated(package);
+    for (const orv::OrvFreespaceEntry& entry : package.entries) {
+        if (entry.sensorId >= orv::kSensorCount)
+            continue;
+        placeSensor(entry.sensorId, entry.position);
+        placeFreespace(entry);
+    }
+}
+
+void FreespaceScene::removeFreespaces()
+{
+    for (std::size_t id = 0; id < mFreespaceItems.size(); ++id)
+        removeFreespace(id);
+}
+
+void FreespaceScene::setPositions(const orv::SensorMountPositions& positions)
+{
+    for (std::uint8_t id = 0; id < orv::kSensorCount; ++id)
+        placeSensor(id, orv::planarPosition(positions[id]));
+}
+
+OrvgSensorItem* FreespaceScene::selectedSensor() const
+{
+    for (OrvgSensorItem* sensor : mSensorItems) {
+        if (sensor && sensor->isSelected())
+            return sensor;
+    }
+    return nullptr;
+}
+
+OrvgSensorItem* FreespaceScene::selectNeighbour(int step)
+{
+    OrvgSensorItem* sensor = neighbour(step);
+    if (!sensor)
+        return nullptr;
+    {
+        const QSignalBlocker blocker(this); // "none selected" would be announced in between
+        clearSelection();
+    }
+    sensor->setSelected(true);
+    return sensor;
+}
+
+void FreespaceScene::forgetMouse()
+{
+    if (QGraphicsItem* grabber = mouseGrabberItem())
+        grabber->ungrabMouse();
+    for (OrvgSensorItem* sensor : mSensorItems) {
+        if (sensor)
+            sensor->restoreCursor();
+    }
+}
+
+void FreespaceScene::drawVehicleOrigin()
+{
+    const QPen axisPen(Qt::gray, 10);
+    addLine(0, 0, 500, 0, axisPen);
+    addLine(500, 0, 450, 30, axisPen);
+    addLine(500, 0, 450, -30, axisPen);
+    addLine(0, 0, 0, -500, axisPen);
+    addLine(0, -500, 30, -450, axisPen);
+    addLine(0, -500, -30, -450, axisPen);
+    addEllipse(-50, -50, 100, 100, QPen(Qt::red, 5));
+    addEllipse(-15, -15, 30, 30, QPen(Qt::black, 1), Qt::gray);
+}
+
+void FreespaceScene::removeOutdated(const orv::OrvFreespacePackage& package)
+{
+    SensorSet reporting;
+    for (const orv::OrvFreespaceEntry& entry : package.entries) {
+        if (entry.sensorId < orv::kSensorCount)
+            reporting.set(entry.sensorId);
+    }
+    SensorSet withMarker;
+    for (std::size_t id = 0; id < mSensorItems.size(); ++id)
+        withMarker[id] = mSensorItems[id] != nullptr;
+    const SensorSet outdated = mAges.advance(withMarker, reporting);
+    for (std::size_t id = 0; id < mFreespaceItems.size(); ++id) {
+        if (outdated[id])
+            removeFreespace(id);
+    }
+}
+
+void FreespaceScene::placeSensor(std::uint8_t id, const orv::OrvSensorPosition& position)
+{
+    OrvgSensorItem*& sensor = mSensorItems[id];
+    if (sensor) {
+        sensor->setPosition(position);
+        return;
+    }
+    sensor = new OrvgSensorItem(id, position, freespace::sensorColour(id));
+    sensor->setZValue(kSensorZ);
+    addItem(sensor);
+}
+
+void FreespaceScene::placeFreespace(const orv::OrvFreespaceEntry& entry)
+{
+    FreespaceItem*& item = mFreespaceItems[entry.sensorId];
+    const bool isNew = !item;
+    if (isNew) {
+        item = new FreespaceItem(freespace::sensorColour(entry.sensorId));
+        addItem(item);
+    }
+    item->setShape(freespace::shapeOf(entry));
+    if (!isNew)
+        raise(entry.sensorId);
+}
+
+void FreespaceScene::raise(std::uint8_t id)
+{
+    for (FreespaceItem* item : mFreespaceItems) {
+        if (item)
+            item->setZValue(item == mFreespaceItems[id] ? kLatestFreespaceZ : kFreespaceZ);
+    }
+}
+
+void FreespaceScene::removeFreespace(std::size_t id)
+{
+    delete std::exchange(mFreespaceItems[id], nullptr);
+}
+
+OrvgSensorItem* FreespaceScene::neighbour(int step) const
+{
+    constexpr int kCount = orv::kSensorCount;
+    const OrvgSensorItem* selected = selectedSensor();
+    int id = step > 0 ? -1 : kCount;
+    if (selected)
+        id = selected->id();
+    for (int tries = 0; tries < kCount; ++tries) {
+        id = (id + step + kCount) % kCount;
+        if (OrvgSensorItem* sensor = mSensorItems[static_cast<std::size_t>(id)])
+            return sensor;
+    }
+    return nullptr;
+}

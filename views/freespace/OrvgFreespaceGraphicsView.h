@@ -1,0 +1,66 @@
+#pragma once
+
+#include "orv_decoder/SensorMountPosition.h"
+#include "orv_decoder/metatypes.h"
+
+#include <QGraphicsView>
+
+#include <cstdint>
+
+class FreespaceScene;
+class OrvgSensorItem;
+
+/// Draws the surroundings of the vehicle from above, as its sensors see them. In edit mode the
+/// sensors can be selected (mouse, Page Up, Page Down), dragged and turned (wheel) instead.
+class OrvgFreespaceGraphicsView : public QGraphicsView
+{
+    Q_OBJECT
+
+public:
+    explicit OrvgFreespaceGraphicsView(QWidget* parent = nullptr);
+    ~OrvgFreespaceGraphicsView() override;
+
+    /// Places the markers of all sensors.
+    void setPositions(const orv::SensorMountPositions& positions);
+
+    /// Moves the selected sensor; does nothing when none is selected.
+    void setSelectedPosition(const orv::OrvSensorPosition& position);
+
+signals:
+    /// A sensor was selected, moved or turned by the user; id 255 when none is selected any more.
+    /// During a drag the position is the one before the latest mouse move.
+    void fspSelected(uint8_t fspId, orv::OrvSensorPosition sensorPosition);
+
+public slots:
+    void scalingTime();
+    void animationFinished();
+    /// Draws a package, but not in edit mode. Entries of unknown sensors are passed over.
+    void onNewFreespacePackage(orv::OrvFreespacePackage fspPackage);
+    void onSetEditMode(bool state);
+    void onSelectionChanged();
+    void onZoomIn();
+    void onZoomOut();
+
+protected:
+    bool event(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    void announce(const OrvgSensorItem& sensor);
+    void turn(OrvgSensorItem& sensor, int wheelDelta);
+    void zoom(int steps);
+    void forgetMouse();
+    bool showsOriginInMiddle(QSize viewportSize) const;
+
+    FreespaceScene* mScene; // a child
+    QPoint mZoomAnchor;
+    int mPendingZoomSteps = 0;
+    bool mEditMode = false;
+    bool mDragging = false;
+};

@@ -1,0 +1,91 @@
+#include "views/freespace/OrvgSensorItem.h"
+
+#include "views/freespace/freespace_geometry.h"
+
+#include <QBrush>
+#include <QEvent>
+#include <QFont>
+#include <QPen>
+#include <QVariant>
+
+namespace {
+
+const QRectF kPieRect(-150, -150, 300, 300);
+constexpr int kLabelPixelSize = 70;
+constexpr int kLabelAlpha = 200;
+
+} // namespace
+
+OrvgSensorItem::OrvgSensorItem(std::uint8_t id, const orv::OrvSensorPosition& position,
+                               const QColor& colour, QGraphicsItem* parent)
+    : QGraphicsItemGroup(parent), mId(id)
+{
+    setFlags(ItemIsMovable | ItemIsSelectable | ItemSendsGeometryChanges);
+    createPie(colour);
+    createLabel();
+    setPosition(position);
+}
+
+void OrvgSensorItem::setPosition(const orv::OrvSensorPosition& position)
+{
+    mPosition = position;
+    setPos(freespace::toScene(position));
+    showDirection();
+}
+
+QVariant OrvgSensorItem::itemChange(GraphicsItemChange change, const QVariant& value)
+{
+    if (change == ItemSelectedHasChanged)
+        showSelected(value.toBool());
+    if (change != ItemPositionChange)
+        return QGraphicsItemGroup::itemChange(change, value);
+
+    // A marker dragged beyond what a position can hold stays at the edge.
+    const QPointF proposed = freespace::boundedToVehicle(value.toPointF());
+    mPosition = freespace::movedToScene(mPosition, proposed);
+    return QGraphicsItemGroup::itemChange(change, proposed);
+}
+
+bool OrvgSensorItem::sceneEvent(QEvent* event)
+{
+    if (event->type() == QEvent::GraphicsSceneHoverEnter)
+        mHoverCursor.set();
+    else if (event->type() == QEvent::GraphicsSceneHoverLeave)
+        mHoverCursor.restore();
+    return QGraphicsItemGroup::sceneEvent(event);
+}
+
+void OrvgSensorItem::createPie(const QColor& colour)
+{
+    mPie = new QGraphicsEllipseItem(kPieRect, this);
+    mPie->setBrush(colour);
+    mPie->setAcceptHoverEvents(true);
+    showSelected(false);
+    addToGroup(mPie);
+}
+
+void OrvgSensorItem::createLabel()
+{
+    mLabel = new QGraphicsTextItem(QString::number(mId + 1), this);
+    QFont font;
+    font.setPixelSize(kLabelPixelSize);
+    mLabel->setFont(font);
+    mLabel->setDefaultTextColor(QColor(0, 0, 0, kLabelAlpha));
+    mLabel->setAcceptedMouseButtons(Qt::NoButton);
+    mLabel->setAcceptHoverEvents(false);
+    addToGroup(mLabel);
+}
+
+void OrvgSensorItem::showDirection()
+{
+    const auto pie = freespace::pieAngles(mPosition.direction, mBeamAngleDegrees);
+    mPie->setStartAngle(pie.start);
+    mPie->setSpanAngle(pie.span);
+    const QSize labelSize = mLabel->boundingRect().toRect().size();
+    mLabel->setPos(freespace::labelPosition(mPosition.direction, labelSize));
+}
+
+void OrvgSensorItem::showSelected(bool selected)
+{
+    mPie->setPen(selected ? QPen(Qt::red, 20) : QPen(Qt::black, 10));
+}

@@ -1,0 +1,76 @@
+#include "views/freespace/OrvgSensorParameterWidget.h"
+
+#include "orv_decoder/constants.h"
+#include "ui_OrvgSensorParameterWidget.h"
+#include "views/freespace/freespace_geometry.h"
+
+#include <QSignalBlocker>
+
+OrvgSensorParameterWidget::OrvgSensorParameterWidget(QWidget* parent)
+    : QGroupBox(parent), mUi(std::make_unique<Ui::OrvgSensorParameterWidget>())
+{
+    mUi->setupUi(this);
+    connectSignals();
+}
+
+OrvgSensorParameterWidget::~OrvgSensorParameterWidget() = default;
+
+void OrvgSensorParameterWidget::showSensor(std::uint8_t id, const orv::OrvSensorPosition& position)
+{
+    const bool isSensor = id < orv::kSensorCount;
+    setTitle(isSensor ? tr("Sensor %1 ").arg(id + 1) : tr("Sensor configuration  "));
+    setEnabled(isSensor);
+    // Filled one by one, the editors would report a mixture of two sensors in between.
+    const QSignalBlocker xBlocker(mUi->mXSB);
+    const QSignalBlocker yBlocker(mUi->mYSB);
+    const QSignalBlocker angleBlocker(mUi->mAngleSpinBox);
+    const QSignalBlocker sliderBlocker(mUi->mAngleSlider);
+    const double degrees = freespace::directionInDegrees(position.direction);
+    mUi->mAngleSpinBox->setValue(degrees);
+    mUi->mAngleSlider->setValue(static_cast<int>(degrees));
+    mUi->mXSB->setValue(position.x);
+    mUi->mYSB->setValue(position.y);
+}
+
+void OrvgSensorParameterWidget::onSpinBoxValueChanged(double value)
+{
+    {
+        // The slider knows whole degrees and must not take the fraction from the spin box.
+        const QSignalBlocker blocker(mUi->mAngleSlider);
+        mUi->mAngleSlider->setValue(static_cast<int>(value));
+    }
+    emit sensorParameterChanged(shownPosition());
+}
+
+void OrvgSensorParameterWidget::onSliderValueChanged(int32_t value)
+{
+    {
+        const QSignalBlocker blocker(mUi->mAngleSpinBox);
+        mUi->mAngleSpinBox->setValue(value);
+    }
+    emit sensorParameterChanged(shownPosition());
+}
+
+void OrvgSensorParameterWidget::onCoordinateValueChanged()
+{
+    emit sensorParameterChanged(shownPosition());
+}
+
+void OrvgSensorParameterWidget::connectSignals()
+{
+    const auto valueChanged = qOverload<int>(&QSpinBox::valueChanged);
+    connect(mUi->mXSB, valueChanged, this, &OrvgSensorParameterWidget::onCoordinateValueChanged);
+    connect(mUi->mYSB, valueChanged, this, &OrvgSensorParameterWidget::onCoordinateValueChanged);
+    connect(mUi->mAngleSpinBox, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
+            &OrvgSensorParameterWidget::onSpinBoxValueChanged);
+    connect(mUi->mAngleSlider, &QSlider::valueChanged, this,
+            &OrvgSensorParameterWidget::onSliderValueChanged);
+}
+
+orv::OrvSensorPosition OrvgSensorParameterWidget::shownPosition() const
+{
+    return {.leadingWord = 0,
+            .x = static_cast<std::int16_t>(mUi->mXSB->value()),
+            .y = static_cast<std::int16_t>(mUi->mYSB->value()),
+            .direction = freespace::directionOf(mUi->mAngleSpinBox->value())};
+}
