@@ -158,6 +158,12 @@ TEST(FreespacePackage, entryWithoutAFlagByteIsInvalid)
     EXPECT_FALSE(orv::decodeFreespacePackage(joined({{1}, kPoints, kPosition})).valid);
 }
 
+TEST(FreespacePackage, sixBytesBehindThePointsAreThePositionAndNoFlagByte)
+{
+    const Bytes startsAsFlags = {0x07, 0x00, 0x00, 0x00, 0x00, 0x00};
+    EXPECT_FALSE(orv::decodeFreespacePackage(joined({{1}, kPoints, startsAsFlags})).valid);
+}
+
 TEST(FreespacePackage, distanceOfSixBytesIsShort)
 {
     const Bytes six(kRight.begin(), kRight.begin() + 6);
