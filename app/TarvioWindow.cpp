@@ -26,6 +26,7 @@ constexpr int kFirstProbeMs = 100;
 constexpr std::uint32_t kTakeTimeoutMs = 10;
 constexpr int kConnectionMessageMs = 5000;
 constexpr int kStateVersion = 0;
+constexpr int kFirstDockHeight = 300;
 
 } // namespace
 
@@ -134,6 +135,8 @@ void TarvioWindow::arrangeDocks()
     tabifyDockWidget(mUi->thresholdDock, mUi->mseqDock);
     // Tabbing leaves the last one in front.
     mUi->thresholdDock->raise();
+    // By their size hints the docks would leave the live echoes a single timeline.
+    resizeDocks({mUi->thresholdDock}, {kFirstDockHeight}, Qt::Vertical);
 }
 
 void TarvioWindow::handOutControlClient()

@@ -1,6 +1,7 @@
 #include "app/TarvioWindow.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/TemporaryProfile.h"
+#include "views/live/OrvgLiveView.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -10,6 +11,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
@@ -32,6 +34,7 @@ private slots:
     void contextMenuListsTheDocksAlone();
     void captureShowsPlayWhenOffAndPauseWhenOn();
     void firstStartPutsTheThresholdDockInFront();
+    void firstStartLeavesRoomForSeveralTimelines();
     void dockLayoutSurvivesARestart();
     void viewStatesAreSavedOnClose();
     void importedNetworkIsGoneAfterTheClose();
@@ -211,6 +214,14 @@ void TestMainWindow::firstStartPutsTheThresholdDockInFront()
     QVERIFY(tabbed.contains(window->findChild<QDockWidget*>("sensorPositionDock")));
     QCOMPARE(window->dockWidgetArea(threshold), Qt::BottomDockWidgetArea);
     QTRY_VERIFY(isInFront(threshold));
+}
+
+void TestMainWindow::firstStartLeavesRoomForSeveralTimelines()
+{
+    const auto window = shownWindow();
+    const auto* area = window->findChild<OrvgLiveView*>()->findChild<QScrollArea*>("scrollArea");
+    QTRY_VERIFY2(area->viewport()->height() >= 4 * 52,
+                 qPrintable(QString::number(area->viewport()->height())));
 }
 
 void TestMainWindow::dockLayoutSurvivesARestart()
