@@ -5,6 +5,8 @@
 #include <QStyle>
 #include <QTableView>
 
+#include <algorithm>
+
 void stretchColumns(QTableView& table, const QString& longestText)
 {
     const int margin = 2 * (table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1) + 2;
@@ -22,4 +24,12 @@ void commitOpenEditor(QAbstractItemView& view)
     QAbstractItemDelegate* delegate = view.itemDelegate(current);
     emit delegate->commitData(editor);
     emit delegate->closeEditor(editor);
+}
+
+void placeEditor(QWidget& editor, const QRect& cell)
+{
+    QRect place = cell;
+    place.setWidth(std::max(cell.width(), editor.sizeHint().width()));
+    place.moveRight(std::min(place.right(), editor.parentWidget()->rect().right()));
+    editor.setGeometry(place);
 }

@@ -1,10 +1,9 @@
 #include "views/positions/OrvgSensorPositionItemDelegate.h"
 
+#include "views/common/item_tables.h"
 #include "views/positions/mount_fields.h"
 
 #include <QDoubleSpinBox>
-
-#include <algorithm>
 
 QWidget* OrvgSensorPositionItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                                       const QModelIndex& index) const
@@ -36,8 +35,5 @@ void OrvgSensorPositionItemDelegate::updateEditorGeometry(QWidget* editor,
                                                           const QStyleOptionViewItem& option,
                                                           const QModelIndex&) const
 {
-    QRect place = option.rect;
-    place.setWidth(std::max(place.width(), editor->sizeHint().width()));
-    place.moveRight(std::min(place.right(), editor->parentWidget()->rect().right()));
-    editor->setGeometry(place);
+    placeEditor(*editor, option.rect);
 }

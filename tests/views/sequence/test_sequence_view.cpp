@@ -1,0 +1,220 @@
+#include "tests/support/screenshots.h"
+#include "tests/views/sequence/SequenceViewFixture.h"
+
+#include <QFrame>
+#include <QHeaderView>
+#include <QLayout>
+#include <QScrollArea>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+class SequenceViewTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); }
+    void init() { mFixture = std::make_unique<SequenceViewFixture>(); }
+    void cleanup() { mFixture.reset(); }
+
+    void buttonsHaveTheirTexts_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("toolTip");
+        QTest::addColumn<QString>("accessibleName");
+        QTest::addColumn<bool>("enabled");
+        const auto row = [](const char* name, const char* text, const char* toolTip,
+                            const char* accessibleName, bool enabled) {
+            QTest::newRow(name) << name << text << toolTip << accessibleName << enabled;
+        };
+        row("readMseqTb", "R", "Read sequence", "Read sequence", true);
+        row("writeMseqTb", "W", "Write sequence", "Write sequence", true);
+        row("addStepTb", "+", "", "Add step", true);
+        row("cloneStepTb", "C", "", "Clone step", false);
+        row("removeStepTb", "-", "", "Remove step", false);
+    }
+
+    void buttonsHaveTheirTexts()
+    {
+        QFETCH(QString, name);
+        const auto* button = mFixture->view.findChild<QToolButton*>(name);
+        QTEST(button->text(), "text");
+        QVERIFY(!button->icon().isNull());
+        QVERIFY(!button->icon().pixmap(16).isNull());
+        QTEST(button->isEnabled(), "enabled");
+        QTEST(button->accessibleName(), "accessibleName");
+        // A button without a tool tip of its own has none.
+        QTEST(button->toolTip(), "toolTip");
+    }
+
+    void formHasItsParts()
+    {
+        QCOMPARE(mFixture->view.windowTitle(), QString("Form"));
+        QVERIFY(mFixture->view.findChild<QScrollArea*>("scrollArea"));
+        QVERIFY(mFixture->view.findChild<QWidget*>("scrollAreaWidgetContents"));
+        QVERIFY(mFixture->view.findChild<QFrame*>("frame"));
+        for (const char* layout : {"verticalLayout", "verticalLayout_4", "horizontalLayout"})
+            QVERIFY(mFixture->view.findChild<QLayout*>(layout));
+        const QTableView& table = mFixture->table();
+        QCOMPARE(table.editTriggers(), QAbstractItemView::DoubleClicked |
+                                           QAbstractItemView::SelectedClicked |
+                                           QAbstractItemView::AnyKeyPressed);
+        QCOMPARE(table.selectionMode(), QAbstractItemView::NoSelection);
+        QCOMPARE(table.selectionBehavior(), QAbstractItemView::SelectRows);
+        QCOMPARE(table.horizontalHeader()->sectionResizeMode(12), QHeaderView::Stretch);
+    }
+
+    void columnsKeepTheirWordsReadableInANarrowDock()
+    {
+        mFixture->view.show();
+        mFixture->view.resize(300, 300);
+        const QTableView& table = mFixture->table();
+        QVERIFY(table.columnWidth(1) > table.fontMetrics().horizontalAdvance("Disabled"));
+    }
+
+    void addAppendsWithoutACurrentRow()
+    {
+        mFixture->model().setSteps(SequenceViewFixture::steps(2));
+        mFixture->click("addStepTb");
+        QCOMPARE(mFixture->model().rowCount(), 3);
+        QCOMPARE(mFixture->model().steps()[2], orv::MseqStep{.valid = true});
+    }
+
+    void addInsertsBehindTheCurrentRow()
+    {
+        mFixture->model().setSteps(SequenceViewFixture::steps(6));
+        mFixture->setCurrent(3, 2);
+        mFixture->click("addStepTb");
+        QCOMPARE(mFixture->model().rowCount(), 7);
+        QCOMPARE(mFixture->model().steps()[4], orv::MseqStep{.valid = true});
+        QCOMPARE(mFixture->table().currentIndex(), mFixture->model().index(3, 2));
+    }
+
+    void clonePutsTheCopyFirst()
+    {
+        mFixture->model().setSteps(SequenceViewFixture::steps(3));
+        mFixture->setCurrent(1, 2);
+        mFixture->view.cloneStep();
+        const std::vector<orv::MseqStep> steps = mFixture->model().steps();
+        QCOMPARE(steps.size(), 4U);
+        QCOMPARE(steps[1], steps[2]);
+        QCOMPARE(steps[1].activeMask, std::uint16_t{2});
+        QCOMPARE(mFixture->table().currentIndex(), mFixture->model().index(2, 2));
+    }
+
+    void removeTakesTheCurrentRow()
+    {
+        mFixture->model().setSteps(SequenceViewFixture::steps(3));
+        mFixture->setCurrent(1);
+        mFixture->view.removeStep();
+        QCOMPARE(mFixture->model().rowCount(), 2);
+        QCOMPARE(mFixture->model().steps()[1].activeMask, std::uint16_t{4});
+    }
+
+    void cloneAndRemoveNeedACurrentRow()
+    {
+        mFixture->model().setSteps(SequenceViewFixture::steps(3));
+        mFixture->view.cloneStep();
+        mFixture->view.removeStep();
+        QCOMPARE(mFixture->model().rowCount(), 3);
+    }
+
+    void buttonsFollowTheNumberOfSteps()
+    {
+        expectButtons(true, false, false, true); // as the form has them
+        mFixture->view.removeStep();
+        expectButtons(true, false, false, false);
+        mFixture->click("addStepTb");
+        expectButtons(true, true, true, true);
+        for (int count = 2; count < 12; ++count)
+            mFixture->click("addStepTb");
+        QCOMPARE(mFixture->model().rowCount(), 11);
+        expectButtons(true, true, true, true);
+        mFixture->setCurrent(5);
+        mFixture->click("cloneStepTb");
+        expectButtons(false, false, true, true);
+        for (int count = 12; count > 0; --count)
+            mFixture->click("removeStepTb");
+        QCOMPARE(mFixture->model().rowCount(), 0);
+        expectButtons(true, false, false, false);
+    }
+
+    void thirteenthStepIsRefusedThoughTheButtonsAreEnabled()
+    {
+        mFixture->model().setSteps(SequenceViewFixture::steps(12));
+        mFixture->setCurrent(3);
+        mFixture->view.addStep();
+        mFixture->view.cloneStep();
+        QCOMPARE(mFixture->model().steps(), SequenceViewFixture::steps(12));
+    }
+
+    void settingsFileRestoresTheSequence()
+    {
+        std::vector<orv::MseqStep> steps = SequenceViewFixture::steps(12);
+        steps[7].fifthValue = 0x1234;
+        mFixture->model().setSteps(steps);
+        QString text;
+        QXmlStreamWriter writer(&text);
+        writer.writeStartElement("MSEQ");
+        mFixture->view.writeXml(writer);
+        writer.writeEndElement();
+        SequenceViewFixture other;
+        QVERIFY(read(other, text).isEmpty());
+        QCOMPARE(other.model().steps(), steps);
+    }
+
+    void importLeavesTheButtonsAlone()
+    {
+        mFixture->view.removeStep();
+        QVERIFY(read(*mFixture, "<MSEQ><Step id='0'>AAAAAAAAAAAAAA==</Step></MSEQ>").isEmpty());
+        QCOMPARE(mFixture->model().rowCount(), 1);
+        expectButtons(true, false, false, false);
+    }
+
+    void refusedImportChangesNothing()
+    {
+        mFixture->model().setSteps(SequenceViewFixture::steps(3));
+        QCOMPARE(read(*mFixture, "<MSEQ><Step id='1'>AAAAAAAAAAAAAA==</Step></MSEQ>"),
+                 QString("wrong id value"));
+        QCOMPARE(mFixture->model().steps(), SequenceViewFixture::steps(3));
+    }
+
+    void looksAsInTheGuide()
+    {
+        mFixture->socket.queueReply(0, SequenceViewFixture::reply(SequenceViewFixture::steps(6)));
+        QVERIFY(mFixture->view.readSteps(true));
+        mFixture->model().setData(mFixture->model().index(2, 0), 1);
+        mFixture->model().setData(mFixture->model().index(4, 0), 2);
+        mFixture->view.resize(1190, 320);
+        mFixture->view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&mFixture->view));
+        QVERIFY(mFixture->openEditor(3, 2));
+        saveScreenshot(mFixture->view, "measurement-sequence");
+    }
+
+private:
+    void expectButtons(bool add, bool clone, bool remove, bool write)
+    {
+        QCOMPARE(mFixture->button("addStepTb").isEnabled(), add);
+        QCOMPARE(mFixture->button("cloneStepTb").isEnabled(), clone);
+        QCOMPARE(mFixture->button("removeStepTb").isEnabled(), remove);
+        QCOMPARE(mFixture->button("writeMseqTb").isEnabled(), write);
+        QVERIFY(mFixture->button("readMseqTb").isEnabled());
+    }
+
+    // The error text, empty for success.
+    static QString read(SequenceViewFixture& fixture, const QString& text)
+    {
+        QXmlStreamReader reader(text);
+        reader.readNextStartElement();
+        std::string error;
+        const bool done = fixture.view.readFromXml(reader, error);
+        return done ? QString() : QString::fromStdString(error);
+    }
+
+    std::unique_ptr<SequenceViewFixture> mFixture;
+};
+
+QTEST_MAIN(SequenceViewTest)
+#include "test_sequence_view.moc"
