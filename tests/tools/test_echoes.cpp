@@ -80,14 +80,14 @@ TEST(Echoes, wallAtTwoMetresIsHeardAfter11661Microseconds)
 {
     const auto result = wallResult(withStep(0x0004, 0), 2000);
     ASSERT_EQ(result.echoes.size(), 1U);
-    // 4000 mm at 0.343 mm/us; 8 dB below a touching wall.
-    EXPECT_EQ(result.echoes.at(2), (std::vector<Echo>{{11, 0, 11661}}));
+    // 4000 mm at 0.343 mm/us; 6 dB below a touching wall.
+    EXPECT_EQ(result.echoes.at(2), (std::vector<Echo>{{12, 0, 11661}}));
 }
 
 TEST(Echoes, fartherWallIsWeaker)
 {
     const auto result = wallResult(withStep(0x0004, 0), 5000);
-    EXPECT_EQ(result.echoes.at(2), (std::vector<Echo>{{5, 0, 29154}}));
+    EXPECT_EQ(result.echoes.at(2), (std::vector<Echo>{{7, 0, 29154}}));
 }
 
 TEST(Echoes, wallBeyondFullScaleIsNotHeard)
@@ -148,20 +148,20 @@ TEST(Echoes, maskBitsPastTheTwelfthSensorAreIgnored)
 
 TEST(Echoes, echoMustRiseAboveTheThreshold)
 {
-    // Code 11 has the level 0.363078; level 27 is 0.316228, level 29 is 0.39355.
-    EXPECT_EQ(echoCount(wallResult(withFlatThresholds(withStep(0x0004, 0), 27), 2000)), 1U);
-    EXPECT_EQ(echoCount(wallResult(withFlatThresholds(withStep(0x0004, 0), 29), 2000)), 0U);
+    // Code 12 has the level 0.451856; level 29 is 0.39355, level 31 is 0.490343.
+    EXPECT_EQ(echoCount(wallResult(withFlatThresholds(withStep(0x0004, 0), 29), 2000)), 1U);
+    EXPECT_EQ(echoCount(wallResult(withFlatThresholds(withStep(0x0004, 0), 31), 2000)), 0U);
 }
 
 TEST(Echoes, smallerPassiveScaleLetsMoreThrough)
 {
     EcuState state = withStep(0x0004, 0x0008);
     state.positions[3] = state.positions[2];
-    // Half of level 29 is below code 11 for the listener; the sender's threshold is not scaled.
-    const auto half = wallResult(withFlatThresholds(state, 29, 0), 2000);
+    // Half of level 31 is below code 12 for the listener; the sender's threshold is not scaled.
+    const auto half = wallResult(withFlatThresholds(state, 31, 0), 2000);
     EXPECT_FALSE(half.echoes.contains(2));
     EXPECT_TRUE(half.echoes.contains(3));
-    EXPECT_FALSE(wallResult(withFlatThresholds(state, 29, 3), 2000).echoes.contains(3));
+    EXPECT_FALSE(wallResult(withFlatThresholds(state, 31, 3), 2000).echoes.contains(3));
 }
 
 TEST(Echoes, windowInTheThresholdsShowsTheEchoesInsideItAlone)

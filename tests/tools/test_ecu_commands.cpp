@@ -87,8 +87,8 @@ TEST(EcuCommands, newEcuHasTwelveSteps)
     const Bytes reply = Ecu().ask({0, 1});
     ASSERT_EQ(reply.size(), 123U);
     EXPECT_EQ(reply[1], 12);
-    // The first sensor sends, its two neighbours listen.
-    EXPECT_EQ(Bytes(reply.begin() + 2, reply.begin() + 6), (Bytes{0x01, 0x00, 0x06, 0x00}));
+    // The first sensor sends, its three neighbours listen.
+    EXPECT_EQ(Bytes(reply.begin() + 2, reply.begin() + 6), (Bytes{0x01, 0x00, 0x0E, 0x00}));
 }
 
 TEST(EcuCommands, writtenThresholdsAreReadBack)

@@ -19,16 +19,16 @@ TEST(FreespaceEntry, cornersRunFromNearLeftRoundToNearRight)
     const auto entry = freespaceEntry(4, kForward, {});
     EXPECT_EQ(entry.sensorId, 4);
     EXPECT_EQ(entry.corners[0], (orv::OrvPoint{-75, 130}));
-    EXPECT_EQ(entry.corners[1], (orv::OrvPoint{-2250, 3897}));
-    EXPECT_EQ(entry.corners[2], (orv::OrvPoint{2250, 3897}));
+    EXPECT_EQ(entry.corners[1], (orv::OrvPoint{-2309, 4000}));
+    EXPECT_EQ(entry.corners[2], (orv::OrvPoint{2309, 4000}));
     EXPECT_EQ(entry.corners[3], (orv::OrvPoint{75, 130}));
 }
 
 TEST(FreespaceEntry, arcEndsDivideTheArcIntoThirds)
 {
     const auto entry = freespaceEntry(4, kForward, {});
-    EXPECT_EQ(entry.arcEnds[0], (orv::OrvPoint{-781, 4432}));
-    EXPECT_EQ(entry.arcEnds[1], (orv::OrvPoint{781, 4432}));
+    EXPECT_EQ(entry.arcEnds[0], (orv::OrvPoint{-695, 3939}));
+    EXPECT_EQ(entry.arcEnds[1], (orv::OrvPoint{695, 3939}));
 }
 
 TEST(FreespaceEntry, thirdsWithoutObstacleAreAbsent)
@@ -58,10 +58,10 @@ TEST(FreespaceEntry, pointsLieOnTheEdgesOfTheThirdFromLeftToRight)
 
 TEST(FreespaceEntry, obstacleBeyondTheRangeIsNone)
 {
-    EXPECT_TRUE(freespaceEntry(0, kForward, wallFrom({-9000, 4500}, {9000, 4500}))
+    EXPECT_TRUE(freespaceEntry(0, kForward, wallFrom({-9000, 4000}, {9000, 4000}))
                     .distances[1]
                     .isPresent());
-    EXPECT_FALSE(freespaceEntry(0, kForward, wallFrom({-9000, 4501}, {9000, 4501}))
+    EXPECT_FALSE(freespaceEntry(0, kForward, wallFrom({-9000, 4001}, {9000, 4001}))
                      .distances[1]
                      .isPresent());
 }

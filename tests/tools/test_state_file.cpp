@@ -112,7 +112,7 @@ private slots:
         QTest::newRow("another format")
             << replaced("\"tarvioEcuState\": 1", "\"tarvioEcuState\": 2");
         QTest::newRow("no sequence") << replaced("measurementSequence", "other");
-        QTest::newRow("step cut short") << replaced("\"01000600", "\"010006");
+        QTest::newRow("step cut short") << replaced("\"01000e00", "\"01000e");
         QTest::newRow("no thresholds") << replaced("thresholds", "other");
         QTest::newRow("wrong sensor") << replaced("\"055f", "\"065f").replace("\"0542", "\"0642");
         QTest::newRow("no positions") << replaced("sensorPositions", "other");

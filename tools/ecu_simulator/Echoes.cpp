@@ -18,7 +18,7 @@ constexpr double kSpeedOfSoundMmPerUs = 0.343;
 constexpr double kLatestEchoUs = 29952;
 
 // The receiver's gain makes up for spreading; what is left is absorption by the air.
-constexpr double kLossDbPerMetre = 2;
+constexpr double kLossDbPerMetre = 1.5;
 constexpr double kEdgeLossDb = 10;
 constexpr double kSecondEchoLossDb = 7;
 constexpr double kCrossClutterLossDb = 4;

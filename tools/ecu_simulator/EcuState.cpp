@@ -9,7 +9,7 @@ namespace ecusim {
 namespace {
 
 constexpr int kSensorsPerBumper = 6;
-constexpr int kListeningReach = 2;
+constexpr int kListeningReach = 3;
 
 constexpr std::array<std::uint8_t, 12> kDefaultLevels = {31, 26, 20, 19, 19, 18,
                                                          15, 11, 8,  6,  5,  4};

@@ -11,7 +11,8 @@ namespace {
 constexpr double kNearMm = 150;
 constexpr double kHalfField = radians(30);
 constexpr double kThird = 2 * kHalfField / 3;
-constexpr int kRaysPerThird = 40; // half a degree apart
+constexpr double kFarCornerMm = kFreespaceRangeMm / 0.86602540378443865; // by the cosine of 30
+constexpr int kRaysPerThird = 40;                                        // half a degree apart
 
 std::int16_t millimetres(double value)
 {
@@ -89,8 +90,8 @@ orv::OrvFreespaceEntry freespaceEntry(std::uint8_t sensorId, const orv::SensorMo
     orv::OrvFreespaceEntry entry;
     entry.valid = true;
     entry.sensorId = sensorId;
-    entry.corners = {at(kNearMm, kHalfField), at(kFreespaceRangeMm, kHalfField),
-                     at(kFreespaceRangeMm, -kHalfField), at(kNearMm, -kHalfField)};
+    entry.corners = {at(kNearMm, kHalfField), at(kFarCornerMm, kHalfField),
+                     at(kFarCornerMm, -kHalfField), at(kNearMm, -kHalfField)};
     entry.arcEnds = {at(kFreespaceRangeMm, kThird / 2), at(kFreespaceRangeMm, -kThird / 2)};
     entry.position = orv::planarPosition(mount);
     for (std::size_t i = 0; i < entry.distances.size(); ++i)

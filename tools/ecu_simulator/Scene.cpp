@@ -15,6 +15,8 @@ constexpr double kPedestrianDb = -4;
 constexpr double kPostDb = -6;
 constexpr double kParkedCarDb = -2;
 constexpr double kHouseWallDb = 0;
+constexpr double kHedgeDb = -5;
+constexpr double kKerbDb = -9;
 
 // Clockwise round the vehicle, closer at the front than at the back.
 constexpr std::array<Point, 8> kPedestrianWalk = {{{-1900, 2600},
@@ -34,12 +36,16 @@ Surroundings carSurroundings(double seconds)
         {{{-3400, 4000}, {-3200, -5500}}, kHouseWallDb},
         {{{-2600, -6100}, {3500, -5900}}, kHouseWallDb},
         {{{2500, 900}, {2600, -3300}}, kParkedCarDb},
+        {{{3300, 1300}, {3500, 5200}}, kHedgeDb},
+        {{{-3000, -4400}, {1900, -4300}}, kKerbDb},
     };
     scene.discs = {
         {{{1250, 3050}, 60}, kPostDb},
         {{{-700, 4300}, 90}, kPostDb},
+        {{{-2700, 2900}, 90}, kPostDb},
+        {{{2600, 2900}, 70}, kPostDb},
         {{{-600, -3300}, 80}, kPostDb},
-        {{{1700, -4500}, 110}, kPostDb},
+        {{{1700, -4700}, 110}, kPostDb},
         {{pedestrianAt(seconds), kPedestrianRadiusMm}, kPedestrianDb},
     };
     return scene;
