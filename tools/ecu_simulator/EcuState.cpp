@@ -3,6 +3,7 @@
 #include "tools/ecu_simulator/Clutter.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ecusim {
 
@@ -34,9 +35,10 @@ constexpr std::array<MountDegrees, orv::kSensorCount> kMounts = {{{-900, 1750, 1
                                                                   {-720, -2080, 235},
                                                                   {-900, -1750, 195}}};
 
-constexpr std::uint16_t binaryAngle(double degrees)
+// Rounded up as the tool stores a typed angle, so that it shows 165 and not 164.99.
+std::uint16_t binaryAngle(double degrees)
 {
-    return static_cast<std::uint16_t>(degrees * 65536 / 360 + 0.5);
+    return static_cast<std::uint16_t>(std::ceil(degrees * 65536 / 360));
 }
 
 // Neighbours stand in the same bumper.
