@@ -28,10 +28,10 @@ public:
                                  QWidget* parent = nullptr);
     ~OrvgConnectionSettingsDialog() override;
 
-public slots:
     /// Stores the values and forgets an import.
     void accept() override;
 
+public slots:
     /// Asks the ECU at the address and control port in the fields, saved or not.
     void onReadSettings();
 

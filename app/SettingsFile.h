@@ -42,7 +42,7 @@ public:
     using Selection = std::function<bool(const QString& element)>;
 
     /// Longer files are none of ours: a complete one has less than 10 kB.
-    static constexpr qint64 kMaxFileSize = 1024 * 1024;
+    static constexpr qint64 kMaxFileSize = 1'048'576;
 
     /// The sections in the order of the file.
     explicit SettingsFile(QVector<SettingsSection> sections);
