@@ -11,5 +11,5 @@ function(tarvio_test name)
   file(MAKE_DIRECTORY "${profile}")
   set_tests_properties(${name} PROPERTIES
     TIMEOUT 300
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;XDG_CONFIG_HOME=${profile};HOME=${profile}")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;XDG_CONFIG_HOME=${profile};HOME=${profile};TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan-suppressions.txt")
 endfunction()
