@@ -1,7 +1,7 @@
 #pragma once
 
 #include "orv_decoder/OrvCtrlClient.h"
-#include "tests/support/ScriptedControlSocket.h"
+#include "tests/support/CursorWatchingSocket.h"
 #include "views/positions/OrvgSensorPositionItemModel.h"
 #include "views/positions/OrvgSensorPositionView.h"
 
@@ -64,7 +64,7 @@ public:
         return positions;
     }
 
-    ScriptedControlSocket socket;
+    CursorWatchingSocket socket;
     orv::OrvCtrlClient client{&socket};
     OrvgSensorPositionView view;
     QAbstractItemModelTester tester{&model(),

@@ -148,6 +148,15 @@ private slots:
         QCOMPARE(mFixture->view.positions()[0].x, std::int16_t{-1000});
     }
 
+    void exchangesRunUnderTheWaitCursor()
+    {
+        mFixture->socket.queueReply(4, aReply());
+        QVERIFY(mFixture->view.onReadSensorPositionTbClicked(true));
+        QVERIFY(!mFixture->view.onWriteSensorPositionTbClicked());
+        QCOMPARE(mFixture->socket.hadWaitCursor, std::vector<bool>(2, true));
+        QVERIFY(!QApplication::overrideCursor());
+    }
+
     void withoutAClientNothingHappens()
     {
         OrvgSensorPositionView view;

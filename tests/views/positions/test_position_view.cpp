@@ -35,6 +35,14 @@ private slots:
         QCOMPARE(picture.devicePixelRatio(), qApp->devicePixelRatio());
     }
 
+    void tabKeyLeavesTheTable()
+    {
+        mFixture->view.show();
+        mFixture->table().setFocus();
+        QTest::keyClick(&mFixture->table(), Qt::Key_Tab);
+        QVERIFY(!mFixture->table().hasFocus());
+    }
+
     void columnsStretchButKeepTheirNumbersReadable()
     {
         mFixture->view.show();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "orv_decoder/OrvCtrlClient.h"
-#include "tests/support/ScriptedControlSocket.h"
+#include "tests/support/CursorWatchingSocket.h"
 #include "views/sequence/OrvgMseqStepItemModel.h"
 #include "views/sequence/OrvgMseqView.h"
 
@@ -78,7 +78,7 @@ public:
         return bytes;
     }
 
-    ScriptedControlSocket socket;
+    CursorWatchingSocket socket;
     orv::OrvCtrlClient client{&socket};
     OrvgMseqView view{nullptr, &client};
     QAbstractItemModelTester tester{&model(),

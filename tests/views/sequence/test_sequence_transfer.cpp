@@ -168,6 +168,15 @@ private slots:
         expectError("ECU error (9)");
     }
 
+    void exchangesRunUnderTheWaitCursor()
+    {
+        queueSteps(1);
+        QVERIFY(mFixture->view.readSteps(true));
+        QVERIFY(!mFixture->view.writeSteps(false));
+        QCOMPARE(mFixture->socket.hadWaitCursor, std::vector<bool>(2, true));
+        QVERIFY(!QApplication::overrideCursor());
+    }
+
     void withoutAClientNothingHappens()
     {
         OrvgMseqView view;

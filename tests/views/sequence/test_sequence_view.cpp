@@ -65,6 +65,14 @@ private slots:
         QCOMPARE(table.horizontalHeader()->sectionResizeMode(12), QHeaderView::Stretch);
     }
 
+    void tabKeyLeavesTheTable()
+    {
+        mFixture->view.show();
+        mFixture->table().setFocus();
+        QTest::keyClick(&mFixture->table(), Qt::Key_Tab);
+        QVERIFY(!mFixture->table().hasFocus());
+    }
+
     void columnsKeepTheirWordsReadableInANarrowDock()
     {
         mFixture->view.show();

@@ -1,33 +1,18 @@
 #pragma once
 
 #include "orv_decoder/OrvCtrlClient.h"
+#include "tests/support/CursorWatchingSocket.h"
 #include "tests/support/MessageBoxWatcher.h"
-#include "tests/support/ScriptedControlSocket.h"
 #include "views/plot/OrvgPlotWidget.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdView.h"
 
 #include <QAbstractItemModelTester>
-#include <QApplication>
 #include <QComboBox>
 #include <QTableView>
 #include <QToolButton>
 
 #include <vector>
-
-/// A scripted channel that notes for each exchange whether the wait cursor was shown.
-class CursorWatchingSocket : public ScriptedControlSocket
-{
-public:
-    bool sendReceive(std::vector<std::uint8_t>& buffer) override
-    {
-        const QCursor* cursor = QApplication::overrideCursor();
-        hadWaitCursor.push_back(cursor && cursor->shape() == Qt::WaitCursor);
-        return ScriptedControlSocket::sendReceive(buffer);
-    }
-
-    std::vector<bool> hadWaitCursor;
-};
 
 /// A threshold view with a scripted ECU, its parts found by their names.
 class ThresholdViewFixture
