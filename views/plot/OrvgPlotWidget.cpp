@@ -31,7 +31,7 @@ OrvgPlotWidget::OrvgPlotWidget(QWidget* parent) : QWidget(parent)
 void OrvgPlotWidget::addData(const std::vector<orv::OrvSensorEcho>& echoes)
 {
     mSamples.add(echoes);
-    rebuildPoints();
+    invalidate();
 }
 
 void OrvgPlotWidget::clear()
@@ -42,13 +42,13 @@ void OrvgPlotWidget::clear()
 void OrvgPlotWidget::setMaximumMode(bool maximum)
 {
     mShownValue = maximum ? EchoValue::Maximum : EchoValue::Mean;
-    rebuildPoints();
+    invalidate();
 }
 
 void OrvgPlotWidget::setThresholds(const orv::ThresholdEntries& entries)
 {
     mThresholds = entries;
-    rebuildThresholdCurve();
+    invalidate();
 }
 
 void OrvgPlotWidget::setThresholdsShown(bool shown)
@@ -81,20 +81,21 @@ void OrvgPlotWidget::save(const QString& fileName)
 void OrvgPlotWidget::resetData()
 {
     clear();
-    rebuildPoints();
+    invalidate();
 }
 
 void OrvgPlotWidget::resizeEvent(QResizeEvent*)
 {
     mBackground = {};
-    rebuildThresholdCurve();
-    rebuildPoints();
+    invalidate();
 }
 
 void OrvgPlotWidget::paintEvent(QPaintEvent*)
 {
     if (mBackground.isNull() || mBackground.devicePixelRatioF() != devicePixelRatioF())
         rebuildBackground();
+    if (mIsStale)
+        rebuildCurves();
     QPainter painter(this);
     painter.drawPixmap(0, 0, mBackground);
     if (mThresholdsShown)
@@ -115,19 +116,21 @@ void OrvgPlotWidget::rebuildBackground()
     painter.drawLines(lines.data(), static_cast<int>(lines.size()));
 }
 
-void OrvgPlotWidget::rebuildPoints()
+// Results may come many times faster than the screen shows them.
+void OrvgPlotWidget::invalidate()
 {
+    mIsStale = true;
+    update();
+}
+
+void OrvgPlotWidget::rebuildCurves()
+{
+    mIsStale = false;
+    mThresholdVertices = geometryInPixels().thresholdVertices(mThresholds);
     mPoints = geometryInPixels().samplePoints(mSamples, mShownValue);
     mSticks.clear();
     for (const QPoint& point : mPoints)
         mSticks.emplace_back(point, QSize(1, height() - point.y()));
-    update();
-}
-
-void OrvgPlotWidget::rebuildThresholdCurve()
-{
-    mThresholdVertices = geometryInPixels().thresholdVertices(mThresholds);
-    update();
 }
 
 PlotGeometry OrvgPlotWidget::geometryInPixels() const

@@ -52,8 +52,8 @@ protected:
 
 private:
     void rebuildBackground();
-    void rebuildPoints();
-    void rebuildThresholdCurve();
+    void invalidate();
+    void rebuildCurves();
     PlotGeometry geometryInPixels() const;
 
     void paintThresholds(QPainter& painter) const;
@@ -69,6 +69,7 @@ private:
     // What is painted, in pixels of the current size.
     QPixmap mBackground; // with the grid
     PlotGeometry::Vertices mThresholdVertices;
+    bool mIsStale = true;
     std::vector<QPoint> mPoints;
     std::vector<QRect> mSticks;
 };
