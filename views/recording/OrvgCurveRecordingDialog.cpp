@@ -164,15 +164,22 @@ void OrvgCurveRecordingDialog::record(const orv::OrvMeasurementResult& result)
 void OrvgCurveRecordingDialog::moveWindow(const orv::SensorThreshold& threshold,
                                           std::uint32_t position)
 {
-    // A step may jump over the end, which the bar does not show. It keeps the last recording's
-    // progress until the window has left the start.
     if (position != 0)
-        mUi->mProgressBar->setValue(static_cast<int>(std::min(position, kEndPosition)));
+        showProgress(position);
     // A write that fails costs one step of the curve, not the recording.
     if (mClient)
         mClient->writeThresholds(threshold, false);
     mUi->mPlot->setThresholds(threshold.entries);
     mUi->mPlot->setThresholdsShown(true);
+}
+
+void OrvgCurveRecordingDialog::showProgress(std::uint32_t position)
+{
+    // A bar that may be updated repaints the whole window before it returns.
+    mUi->mProgressBar->setUpdatesEnabled(false);
+    // A step may jump over the end, which the bar does not show.
+    mUi->mProgressBar->setValue(static_cast<int>(std::min(position, kEndPosition)));
+    mUi->mProgressBar->setUpdatesEnabled(true);
 }
 
 void OrvgCurveRecordingDialog::endRecording()

@@ -62,6 +62,7 @@ private:
     void startRecording();
     void record(const orv::OrvMeasurementResult& result);
     void moveWindow(const orv::SensorThreshold& threshold, std::uint32_t position);
+    void showProgress(std::uint32_t position);
     void endRecording();
 
     std::unique_ptr<Ui::OrvgCurveRecordingDialog> mUi;
