@@ -10,6 +10,8 @@
 #include <QTimeLine>
 #include <QWheelEvent>
 
+#include <utility>
+
 namespace {
 
 constexpr double kInitialScale = 0.05;
@@ -140,10 +142,10 @@ void OrvgFreespaceGraphicsView::mousePressEvent(QMouseEvent* event)
 
 void OrvgFreespaceGraphicsView::mouseReleaseEvent(QMouseEvent* event)
 {
+    QGraphicsView::mouseReleaseEvent(event);
     // Also beside an item: a marker at the edge does not follow the pointer.
     if (event->button() == Qt::LeftButton)
-        mDragging = false;
-    QGraphicsView::mouseReleaseEvent(event);
+        endDrag();
 }
 
 void OrvgFreespaceGraphicsView::resizeEvent(QResizeEvent* event)
@@ -171,7 +173,17 @@ void OrvgFreespaceGraphicsView::wheelEvent(QWheelEvent* event)
 
 void OrvgFreespaceGraphicsView::announce(const OrvgSensorItem& sensor)
 {
+    mAnnouncedPosition = sensor.position();
     emit fspSelected(sensor.id(), sensor.position());
+}
+
+// What the last mouse move did would be missing in the panel otherwise.
+void OrvgFreespaceGraphicsView::endDrag()
+{
+    const bool wasDragging = std::exchange(mDragging, false);
+    const OrvgSensorItem* sensor = mScene->selectedSensor();
+    if (wasDragging && sensor && sensor->position() != mAnnouncedPosition)
+        announce(*sensor);
 }
 
 void OrvgFreespaceGraphicsView::turn(OrvgSensorItem& sensor, int wheelDelta)

@@ -28,7 +28,7 @@ public:
 
 signals:
     /// A sensor was selected, moved or turned by the user; id 255 when none is selected any more.
-    /// During a drag the position is the one before the latest mouse move.
+    /// During a drag the position is the one before the latest mouse move; its end makes up for it.
     void fspSelected(uint8_t fspId, orv::OrvSensorPosition sensorPosition);
 
 public slots:
@@ -53,12 +53,14 @@ protected:
 
 private:
     void announce(const OrvgSensorItem& sensor);
+    void endDrag();
     void turn(OrvgSensorItem& sensor, int wheelDelta);
     void zoom(int steps);
     void forgetMouse();
     bool showsOriginInMiddle(QSize viewportSize) const;
 
     FreespaceScene* mScene; // a child
+    orv::OrvSensorPosition mAnnouncedPosition;
     QPoint mZoomAnchor;
     int mPendingZoomSteps = 0;
     bool mEditMode = false;

@@ -2,10 +2,31 @@
 
 #include "orv_decoder/constants.h"
 #include "ui_OrvgFreespacesView.h"
+#include "views/common/item_tables.h"
 #include "views/freespace/OrvgSensorParameterWidget.h"
 #include "views/positions/OrvgSensorPositionView.h"
 
 #include <QHeaderView>
+#include <QScrollBar>
+
+#include <limits>
+
+namespace {
+
+QString distanceText(std::uint16_t distanceMm)
+{
+    return OrvgFreespacesView::tr("%1 mm").arg(distanceMm);
+}
+
+// With a scroll bar beside them.
+int widthOfAllColumns(const QTableWidget& table)
+{
+    return table.columnCount() * table.horizontalHeader()->minimumSectionSize() +
+           table.verticalHeader()->sizeHint().width() + 2 * table.frameWidth() +
+           table.verticalScrollBar()->sizeHint().width();
+}
+
+} // namespace
 
 OrvgFreespacesView::OrvgFreespacesView(OrvgSensorPositionView* positions, QWidget* parent)
     : QWidget(parent)
@@ -81,7 +102,8 @@ void OrvgFreespacesView::createParameterWidget()
 
 void OrvgFreespacesView::createDistanceCells()
 {
-    mUi->mTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    stretchColumns(*mUi->mTable, distanceText(std::numeric_limits<std::uint16_t>::max()));
+    mUi->mTable->setMinimumWidth(widthOfAllColumns(*mUi->mTable));
     for (int row = 0; row < mUi->mTable->rowCount(); ++row) {
         for (int column = 0; column < mUi->mTable->columnCount(); ++column) {
             auto* cell = new QTableWidgetItem;
@@ -133,7 +155,7 @@ void OrvgFreespacesView::showDistances(const orv::OrvFreespaceEntry& entry)
 {
     for (std::size_t i = 0; i < entry.distances.size(); ++i) {
         const orv::OrvDistanceItem& item = entry.distances[i];
-        const QString text = item.isPresent() ? tr("%1 mm").arg(item.distanceMm) : QString();
+        const QString text = item.isPresent() ? distanceText(item.distanceMm) : QString();
         QTableWidgetItem* cell = mUi->mTable->item(entry.sensorId, static_cast<int>(i));
         if (cell->text() != text) // an unchanged cell needs no repaint
             cell->setText(text);

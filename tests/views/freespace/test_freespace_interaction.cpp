@@ -94,8 +94,17 @@ private slots:
         picture::moveMouse(view, start + QPoint(10, 5), Qt::LeftButton);
         QCOMPARE(announcements.take(), (Announced{{3, {0, -3300, 0, 0}}}));
         QVERIFY((view.sensor(3).position() == orv::OrvSensorPosition{0, -3300, -100, 0}));
-        picture::release(view, start + QPoint(10, 5));
-        QCOMPARE(announcements.take(), Announced());
+    }
+
+    void endOfTheDragAnnouncesWhereTheSensorIs()
+    {
+        EditedPicture view;
+        const QPoint start = view.pixel(3);
+        picture::press(view, start);
+        picture::moveMouse(view, start + QPoint(10, 0), Qt::LeftButton);
+        picture::Announcements announcements(view);
+        picture::release(view, start + QPoint(10, 0));
+        QCOMPARE(announcements.take(), (Announced{{3, {0, -3300, 0, 0}}}));
     }
 
     void pointerAboveSensorsAnnouncesNothingAfterTheDrag()
