@@ -74,8 +74,7 @@ BENCHMARK(packageAlone)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv)
 {
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
 }

@@ -54,13 +54,14 @@ void FreespaceScene::setPositions(const orv::SensorMountPositions& positions)
         placeSensor(id, orv::planarPosition(positions[id]));
 }
 
-OrvgSensorItem* FreespaceScene::selectedSensor() const
+QVector<OrvgSensorItem*> FreespaceScene::selectedSensors() const
 {
+    QVector<OrvgSensorItem*> selected;
     for (OrvgSensorItem* sensor : mSensorItems) {
         if (sensor && sensor->isSelected())
-            return sensor;
+            selected << sensor;
     }
-    return nullptr;
+    return selected;
 }
 
 OrvgSensorItem* FreespaceScene::selectNeighbour(int step)

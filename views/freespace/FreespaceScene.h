@@ -6,6 +6,7 @@
 #include "views/freespace/FreespaceAges.h"
 
 #include <QGraphicsScene>
+#include <QVector>
 
 #include <array>
 #include <cstdint>
@@ -29,8 +30,11 @@ public:
     /// Places the markers of all sensors.
     void setPositions(const orv::SensorMountPositions& positions);
 
+    /// In ascending order.
+    QVector<OrvgSensorItem*> selectedSensors() const;
+
     /// The selected sensor with the lowest number, or null.
-    OrvgSensorItem* selectedSensor() const;
+    OrvgSensorItem* selectedSensor() const { return selectedSensors().value(0); }
 
     /// Selects the sensor after (step 1) or before (step -1) the selected one instead of it, round
     /// in a circle. Returns the selected one, null when there are no sensors.

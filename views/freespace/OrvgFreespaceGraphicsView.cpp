@@ -177,13 +177,17 @@ void OrvgFreespaceGraphicsView::announce(const OrvgSensorItem& sensor)
     emit fspSelected(sensor.id(), sensor.position());
 }
 
-// What the last mouse move did would be missing in the panel otherwise.
+// What the last mouse move did would be missing in the panel otherwise, and so would be what it did
+// to further selected sensors. The first one comes last: it stays the one that is shown.
 void OrvgFreespaceGraphicsView::endDrag()
 {
-    const bool wasDragging = std::exchange(mDragging, false);
-    const OrvgSensorItem* sensor = mScene->selectedSensor();
-    if (wasDragging && sensor && sensor->position() != mAnnouncedPosition)
-        announce(*sensor);
+    if (!std::exchange(mDragging, false))
+        return;
+    const QVector<OrvgSensorItem*> sensors = mScene->selectedSensors();
+    if (sensors.size() == 1 && sensors[0]->position() == mAnnouncedPosition)
+        return;
+    for (auto sensor = sensors.rbegin(); sensor != sensors.rend(); ++sensor)
+        announce(**sensor);
 }
 
 void OrvgFreespaceGraphicsView::turn(OrvgSensorItem& sensor, int wheelDelta)

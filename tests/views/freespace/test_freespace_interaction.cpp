@@ -107,6 +107,20 @@ private slots:
         QCOMPARE(announcements.take(), (Announced{{3, {0, -3300, 0, 0}}}));
     }
 
+    void dragOfSeveralSensorsAnnouncesThemAllAtItsEnd()
+    {
+        EditedPicture view;
+        view.sensor(5).setSelected(true);
+        view.sensor(3).setSelected(true);
+        const QPoint start = view.pixel(5);
+        picture::press(view, start);
+        picture::moveMouse(view, start + QPoint(0, 10), Qt::LeftButton);
+        picture::Announcements announcements(view);
+        picture::release(view, start + QPoint(0, 10));
+        QCOMPARE(announcements.take(),
+                 (Announced{{5, {0, -500, -200, 0}}, {3, {0, -3500, -200, 0}}}));
+    }
+
     void pointerAboveSensorsAnnouncesNothingAfterTheDrag()
     {
         EditedPicture view;
