@@ -1,18 +1,19 @@
 """Drives the real programs as a person would: by keys, and by what the screen reader sees.
 
-Needs a display and a session bus of its own (see CMakeLists.txt) and the AT-SPI bindings.
+Needs a display and a session bus of its own (see CMakeLists.txt) and the bindings of AT-SPI.
 """
+import json
 import os
 import pathlib
 import re
 import signal
 import socket
 import subprocess
+import sys
 import tempfile
 import time
 
-import pyatspi
-
+HERE = pathlib.Path(__file__).resolve().parent
 WAIT_S = 60
 
 
@@ -34,6 +35,15 @@ def free_port():
         return probe.getsockname()[1]
 
 
+def is_own_address(address):
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as probe:
+        try:
+            probe.bind((address, 0))
+        except OSError:
+            return False
+    return True
+
+
 class Program:
     """A started program; what it prints is kept in a file."""
 
@@ -46,7 +56,7 @@ class Program:
         return pathlib.Path(self._output.name).read_text()
 
     def stop(self):
-        """Asks the program to end and returns its exit status."""
+        """Asks the program to end and returns its exit status; a signal's is negative."""
         if self.process.poll() is None:
             self.process.send_signal(signal.SIGTERM)
         try:
@@ -81,38 +91,33 @@ class Tarvio(Program):
             self.store.write_text(f"[network]\n{lines}\n")
         super().__init__([binary], {"XDG_CONFIG_HOME": self._profile.name,
                                     "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
-        self._application = wait_for("the window", self._find_application)
+        wait_for("the window", lambda: self.seen().get("window"))
 
-    def _find_application(self):
-        desktop = pyatspi.Registry.getDesktop(0)
-        desktop.clearCache()
-        for application in desktop:
-            if application and application.get_process_id() == self.process.pid:
-                return application
-        return None
+    def stop(self):
+        status = super().stop()
+        self._profile.cleanup()
+        return status
 
-    def all(self, role=None, name=None):
-        """Every accessible of this role and name, depth first."""
-        pending = [self._application]
-        while pending:
-            node = pending.pop()
-            if (role is None or node.getRoleName() == role) and name in (None, node.name):
-                yield node
-            pending.extend(reversed([child for child in node if child]))
-
-    def find(self, role=None, name=None):
-        return next(self.all(role, name), None)
+    def seen(self):
+        """What a screen reader is told now; empty while the program is not yet there."""
+        look = subprocess.run([sys.executable, HERE / "screen_reader.py", str(self.process.pid)],
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+                              check=False)
+        return json.loads(look.stdout) if look.returncode == 0 and look.stdout else {}
 
     def message(self):
         """What the status bar says."""
-        bar = self.find("status bar")
-        bar.clearCache()
-        return bar.name
+        return self.seen().get("message")
 
     def link_state(self):
-        led = self.find(name="ECU link")
-        led.clearCache()
-        return led.description
+        return self.seen().get("link_state")
+
+    def first_row_of(self, rows, columns):
+        """The texts in the first row of the table of this size."""
+        for table in self.seen().get("tables", []):
+            if table["rows"] == rows and len(table["first_row"]) == columns:
+                return table["first_row"]
+        return None
 
     def type(self, *keys):
         """Presses keys in the main window."""

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""One whole run of the two real programs.
+"""Runs of the two real programs.
 
-usage: test_whole_run.py TARVIO SIMULATOR
+usage: test_programs.py CASE TARVIO SIMULATOR
 """
 import sys
 import unittest
@@ -9,7 +9,7 @@ import unittest
 import programs
 from programs import wait_for
 
-TARVIO, SIMULATOR = sys.argv[1:3]
+CASE, TARVIO, SIMULATOR = sys.argv[1:4]
 
 WALL_MM = 2000
 SPEED_OF_SOUND_M_PER_S = 343
@@ -30,8 +30,10 @@ class WholeRun(unittest.TestCase):
         self.tarvio.stop()
 
     def start_simulator(self):
+        # The first sensor alone: else its table would mostly show what its neighbours sent.
         self.simulator = programs.Simulator(SIMULATOR, *self.ports, "--scene", "wall",
-                                            "--wall-distance", str(WALL_MM))
+                                            "--wall-distance", str(WALL_MM), "--sensors-missing",
+                                            "2,3,4,5,6,7,8,9,10,11,12")
 
     def stop_simulator(self):
         if self.simulator:
@@ -46,13 +48,13 @@ class WholeRun(unittest.TestCase):
 
     def first_echo_ms(self):
         """The time of flight in the echo table's first row; None while it is empty."""
-        for table in self.tarvio.all("table"):
-            table.clearCache()
-            grid = table.queryTable()
-            if grid.nColumns == 2 and grid.nRows == 5:
-                text = grid.getAccessibleAt(0, 0).name
-                return float(text) if text else None
-        return None
+        row = self.tarvio.first_row_of(rows=5, columns=2)
+        return float(row[0]) if row and row[0] else None
+
+    def shows_the_wall(self):
+        echo_ms = self.first_echo_ms()
+        wall_ms = 2 * WALL_MM / SPEED_OF_SOUND_M_PER_S
+        return echo_ms is not None and abs(echo_ms - wall_ms) <= RESOLUTION_MS
 
     def test_link_comes_up_echoes_are_shown_and_the_link_is_lost_and_found(self):
         self.wait_for_link("ECU disconnected.")
@@ -65,9 +67,7 @@ class WholeRun(unittest.TestCase):
         self.assertEqual(self.simulator.requests("read thresholds"), 12)
 
         self.tarvio.type("alt+c", "c")
-        wait_for("an echo in the table", self.first_echo_ms)
-        expected_ms = 2 * WALL_MM / SPEED_OF_SOUND_M_PER_S
-        self.assertAlmostEqual(self.first_echo_ms(), expected_ms, delta=RESOLUTION_MS)
+        wait_for("the wall's echo in the table", self.shows_the_wall)
 
         self.stop_simulator()
         self.wait_for_message("Connection to ECU lost")
@@ -85,6 +85,8 @@ class FirstStart(unittest.TestCase):
     """Without any settings; 192.168.1.3 has to be an address of this machine."""
 
     def test_first_start_talks_to_the_default_address_and_writes_its_settings(self):
+        self.assertTrue(programs.is_own_address("192.168.1.3"),
+                        "nothing may be sent to a stranger: run this below tests/in-namespace")
         simulator = programs.Program([SIMULATOR, "--address", "192.168.1.3"])
         tarvio = programs.Tarvio(TARVIO, None)
         try:
@@ -100,4 +102,4 @@ class FirstStart(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1], verbosity=2)
+    unittest.main(argv=[sys.argv[0], CASE], verbosity=2)
