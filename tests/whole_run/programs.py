@@ -2,7 +2,6 @@
 
 Needs a display and a session bus of its own (see CMakeLists.txt) and the bindings of AT-SPI.
 """
-import json
 import os
 import pathlib
 import re
@@ -91,33 +90,29 @@ class Tarvio(Program):
             self.store.write_text(f"[network]\n{lines}\n")
         super().__init__([binary], {"XDG_CONFIG_HOME": self._profile.name,
                                     "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
-        wait_for("the window", lambda: self.seen().get("window"))
+        wait_for("the window", lambda: self.seen("window") == "Tarvio")
 
     def stop(self):
         status = super().stop()
         self._profile.cleanup()
         return status
 
-    def seen(self):
-        """What a screen reader is told now; empty while the program is not yet there."""
-        look = subprocess.run([sys.executable, HERE / "screen_reader.py", str(self.process.pid)],
-                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
-                              check=False)
-        return json.loads(look.stdout) if look.returncode == 0 and look.stdout else {}
+    def seen(self, *question):
+        """What a screen reader is told now, see screen_reader.py; empty without an answer."""
+        command = [sys.executable, HERE / "screen_reader.py", str(self.process.pid)]
+        return subprocess.run([*command, *map(str, question)], stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, text=True, check=False).stdout.rstrip("\n")
 
     def message(self):
         """What the status bar says."""
-        return self.seen().get("message")
+        return self.seen("message")
 
     def link_state(self):
-        return self.seen().get("link_state")
+        return self.seen("link")
 
     def first_row_of(self, rows, columns):
         """The texts in the first row of the table of this size."""
-        for table in self.seen().get("tables", []):
-            if table["rows"] == rows and len(table["first_row"]) == columns:
-                return table["first_row"]
-        return None
+        return self.seen("table", rows, columns).split("\n")
 
     def type(self, *keys):
         """Presses keys in the main window."""

@@ -48,8 +48,8 @@ class WholeRun(unittest.TestCase):
 
     def first_echo_ms(self):
         """The time of flight in the echo table's first row; None while it is empty."""
-        row = self.tarvio.first_row_of(rows=5, columns=2)
-        return float(row[0]) if row and row[0] else None
+        text = self.tarvio.first_row_of(rows=5, columns=2)[0]
+        return float(text) if text else None
 
     def shows_the_wall(self):
         echo_ms = self.first_echo_ms()
