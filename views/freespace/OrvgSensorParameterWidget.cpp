@@ -25,9 +25,9 @@ void OrvgSensorParameterWidget::showSensor(std::uint8_t id, const orv::OrvSensor
     const QSignalBlocker yBlocker(mUi->mYSB);
     const QSignalBlocker angleBlocker(mUi->mAngleSpinBox);
     const QSignalBlocker sliderBlocker(mUi->mAngleSlider);
-    const double degrees = freespace::directionInDegrees(position.direction);
-    mUi->mAngleSpinBox->setValue(degrees);
-    mUi->mAngleSlider->setValue(static_cast<int>(degrees));
+    mUi->mAngleSpinBox->setValue(freespace::directionInDegrees(position.direction));
+    // The spin box rounds: a slider moved to 90 comes back as 89.996 degrees, which it shows as 90.
+    mUi->mAngleSlider->setValue(static_cast<int>(mUi->mAngleSpinBox->value()));
     mUi->mXSB->setValue(position.x);
     mUi->mYSB->setValue(position.y);
 }

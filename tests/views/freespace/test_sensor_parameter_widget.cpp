@@ -108,6 +108,14 @@ private slots:
         QCOMPARE(widget.slider().value(), 90);
     }
 
+    void sliderShowsTheWholeDegreesOfTheShownAngle()
+    {
+        Widget widget;
+        widget.showSensor(3, {0, 1, 2, 16383}); // 89.996 degrees
+        QCOMPARE(widget.angle().value(), 90.0);
+        QCOMPARE(widget.slider().value(), 90);
+    }
+
     void shownSensorIsNotChangedByBeingShown()
     {
         Widget widget;
