@@ -72,6 +72,7 @@ private slots:
         const auto& table = mFixture->part<QTableWidget>("mTable");
         QCOMPARE(mFixture->part<QGroupBox>("mWedgeDistancesGB").title(),
                  QString("Wedge distances"));
+        QCOMPARE(table.accessibleName(), QString("Wedge distances"));
         QCOMPARE(table.rowCount(), 12);
         QStringList headers;
         for (int column = 0; column < table.columnCount(); ++column)
