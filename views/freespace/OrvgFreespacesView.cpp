@@ -58,6 +58,7 @@ void OrvgFreespacesView::onLoadButtonClicked()
 {
     mPositions->onReadSensorPositionTbClicked(false);
     placeSensors();
+    showSelectedSensor();
 }
 
 void OrvgFreespacesView::onNewFreespacePackage(orv::OrvFreespacePackage fspPackage)
@@ -149,6 +150,15 @@ void OrvgFreespacesView::placeSensors()
 {
     emit loadPositions();
     mUi->graphicsView->setPositions(mPositions->positions());
+}
+
+// Editors that kept the values from before would write them back with the next change of one.
+void OrvgFreespacesView::showSelectedSensor()
+{
+    if (mSelectedSensor >= orv::kSensorCount)
+        return;
+    const orv::SensorMountPosition position = mPositions->positions()[mSelectedSensor];
+    mParameters->showSensor(mSelectedSensor, orv::planarPosition(position));
 }
 
 void OrvgFreespacesView::showDistances(const orv::OrvFreespaceEntry& entry)

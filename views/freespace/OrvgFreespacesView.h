@@ -48,6 +48,7 @@ private:
     void connectSignals();
     void showMode(bool editMode);
     void placeSensors();
+    void showSelectedSensor();
     void showDistances(const orv::OrvFreespaceEntry& entry);
 
     OrvgSensorPositionView* mPositions; // borrowed from the main window

@@ -221,6 +221,21 @@ private slots:
         QCOMPARE(picture::sensor(mFixture->picture(), 5)->pos(), QPointF(1234, 0));
     }
 
+    void loadedPositionOfTheSelectedSensorIsShownBeside()
+    {
+        mFixture->setEditMode(true);
+        mFixture->select(2);
+        orv::SensorMountPositions held;
+        held[2] = {.x = 1234, .y = -56, .height = 0, .yaw = 4369, .pitch = 0, .roll = 0};
+        mFixture->positions.socket.queueReply(4, orv::encodeMountPositions(held));
+        MessageBoxWatcher watcher(QMessageBox::Yes);
+        mFixture->click("mLoadButton");
+        QCOMPARE(mFixture->part<QSpinBox>("mXSB").value(), 1234);
+        mFixture->part<QSpinBox>("mYSB").setValue(77);
+        QCOMPARE(mFixture->positions.view.positions()[2].x, std::int16_t(1234));
+        QCOMPARE(mFixture->positions.view.positions()[2].yaw, std::uint16_t(4369));
+    }
+
     void failedReadRestoresThePictureFromTheTable()
     {
         mFixture->setEditMode(true);
