@@ -18,8 +18,6 @@ constexpr double kInitialScale = 0.05;
 constexpr int kZoomButtonSteps = 3;
 constexpr int kZoomDurationMs = 150;
 constexpr int kZoomIntervalMs = 10;
-// More than a hand can start; a runaway wheel must not queue up work for the window.
-constexpr int kMaxRunningZooms = 32;
 
 } // namespace
 
@@ -200,8 +198,7 @@ void OrvgFreespaceGraphicsView::turn(OrvgSensorItem& sensor, int wheelDelta)
 
 void OrvgFreespaceGraphicsView::zoom(int steps)
 {
-    const auto running = findChildren<QTimeLine*>(QString(), Qt::FindDirectChildrenOnly).size();
-    if (running >= kMaxRunningZooms || !freespace::canZoom(transform().m11(), steps))
+    if (!freespace::canZoom(transform().m11(), steps))
         return;
     mPendingZoomSteps = freespace::pendingStepsAfter(mPendingZoomSteps, steps);
     auto* timeLine = new QTimeLine(kZoomDurationMs, this);
