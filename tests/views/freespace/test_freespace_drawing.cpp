@@ -35,6 +35,22 @@ const QLinearGradient* gradientOf(const QGraphicsPolygonItem& item)
     return static_cast<const QLinearGradient*>(item.brush().gradient());
 }
 
+struct Stop
+{
+    double position;
+    QRgb colour;
+};
+
+void compareStops(const QLinearGradient& gradient, const QVector<Stop>& expected)
+{
+    const QGradientStops stops = gradient.stops();
+    QCOMPARE(stops.size(), expected.size());
+    for (int i = 0; i < stops.size(); ++i) {
+        QCOMPARE(stops[i].first, expected[i].position);
+        QCOMPARE(stops[i].second.rgba(), expected[i].colour);
+    }
+}
+
 } // namespace
 
 class FreespaceDrawingTest : public QObject
@@ -46,10 +62,24 @@ private slots:
     {
         const OrvgFreespaceGraphicsView view;
         QCOMPARE(view.transform(), QTransform::fromScale(0.05, 0.05));
+        QCOMPARE(view.transformationAnchor(), QGraphicsView::NoAnchor);
+        QCOMPARE(view.resizeAnchor(), QGraphicsView::NoAnchor);
         QCOMPARE(view.backgroundBrush(), QBrush());
         QCOMPARE(view.scene()->backgroundBrush(), QBrush(QColor(240, 240, 250)));
         QCOMPARE(picture::itemsOf<QGraphicsLineItem>(view).size(), 6);
         QCOMPARE(picture::itemsOf<QGraphicsEllipseItem>(view).size(), 2);
+    }
+
+    void originIsARedCircleAroundAGrayOne()
+    {
+        const OrvgFreespaceGraphicsView view;
+        for (const QGraphicsEllipseItem* circle : picture::itemsOf<QGraphicsEllipseItem>(view)) {
+            const bool isOuter = circle->rect().width() > 50;
+            QCOMPARE(circle->rect(),
+                     isOuter ? QRectF(-50, -50, 100, 100) : QRectF(-15, -15, 30, 30));
+            QCOMPARE(circle->pen(), isOuter ? QPen(Qt::red, 5) : QPen(Qt::black, 1));
+            QCOMPARE(circle->brush(), isOuter ? QBrush() : QBrush(Qt::gray));
+        }
     }
 
     void axesPointRightAndUp()
@@ -107,20 +137,26 @@ private slots:
         QVERIFY(pen.isCosmetic());
         QCOMPARE(pen.width(), 1);
         QCOMPARE(pen.color(), QColor(170, 90, 200, 76));
-        QCOMPARE(wedge(drawing)->pen().color().alpha(), 13);
+        QCOMPARE(wedge(drawing)->pen().color().rgba(), qRgba(0, 0, 0, 13));
         QVERIFY(wedge(drawing)->pen().isCosmetic());
+        QCOMPARE(wedge(drawing)->pen().width(), 1);
 
         const auto* distance = gradientOf(*outline(drawing));
         QCOMPARE(distance->start(), QPointF(2100, -500));
         QCOMPARE(distance->finalStop(), QPointF(2100, 500));
-        QCOMPARE(distance->stops().size(), 5);
-        QCOMPARE(distance->stops()[2].first, 0.5);
-        QCOMPARE(distance->stops()[2].second.rgba(), qRgba(255, 165, 0, 128));
+        compareStops(*distance, {{0.0, qRgba(255, 165, 0, 3)},
+                                 {0.2, qRgba(255, 165, 0, 26)},
+                                 {0.5, qRgba(255, 165, 0, 128)},
+                                 {0.8, qRgba(255, 165, 0, 26)},
+                                 {1.0, qRgba(255, 165, 0, 3)}});
         const auto* area = gradientOf(*wedge(drawing));
         QCOMPARE(area->start(), QPointF(1100, -500));
         QCOMPARE(area->finalStop(), QPointF(1100, 500));
-        QCOMPARE(area->stops()[1].first, 0.3);
-        QCOMPARE(area->stops()[1].second.rgba(), qRgba(144, 238, 144, 51));
+        compareStops(*area, {{0.0, qRgba(144, 238, 144, 13)},
+                             {0.3, qRgba(144, 238, 144, 51)},
+                             {0.5, qRgba(144, 238, 144, 128)},
+                             {0.7, qRgba(144, 238, 144, 51)},
+                             {1.0, qRgba(144, 238, 144, 13)}});
     }
 
     void sensorsSixApartShareAColour()
@@ -157,6 +193,17 @@ private slots:
         OrvgFreespaceGraphicsView view;
         send(view, packageOf({3, 8}), 2);
         view.onNewFreespacePackage(packageOf({8, 3}));
+        for (const FreespaceItem* drawing : picture::freespaces(view)) {
+            const bool isThird = outline(*drawing)->pen().color() == QColor(70, 130, 180, 76);
+            QCOMPARE(drawing->zValue(), isThird ? 1.0 : 0.0);
+        }
+    }
+
+    void newDrawingLeavesTheOrderAsItIs()
+    {
+        OrvgFreespaceGraphicsView view;
+        send(view, packageOf({3}), 2);
+        send(view, packageOf({8}), 1);
         for (const FreespaceItem* drawing : picture::freespaces(view)) {
             const bool isThird = outline(*drawing)->pen().color() == QColor(70, 130, 180, 76);
             QCOMPARE(drawing->zValue(), isThird ? 1.0 : 0.0);
