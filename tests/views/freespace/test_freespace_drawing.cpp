@@ -367,6 +367,7 @@ private slots:
         QCOMPARE(label->font().pixelSize(), 70);
         QCOMPARE(label->defaultTextColor(), QColor(0, 0, 0, 200));
         QCOMPARE(label->acceptedMouseButtons(), Qt::MouseButtons(Qt::NoButton));
+        QVERIFY(!label->acceptHoverEvents());
         const QSize size = label->boundingRect().toRect().size();
         const QPointF middle = label->pos() + QPointF(size.width() / 2.0, size.height() / 2.0);
         QVERIFY(qAbs(middle.x() - 91.3545) < 0.001 && qAbs(middle.y() + 40.6737) < 0.001);

@@ -146,6 +146,18 @@ private slots:
         QCOMPARE(announcements.take(), Announced());
     }
 
+    void pressOnTheGroundDragsNobody()
+    {
+        EditedPicture view;
+        picture::press(view, {10, 10});
+        view.sensor(3).setSelected(true);
+        picture::Announcements announcements(view);
+        picture::moveMouse(view, {40, 40}, Qt::LeftButton);
+        picture::release(view, {40, 40});
+        QCOMPARE(announcements.take(), Announced());
+        QCOMPARE(view.sensor(3).pos(), QPointF(-3500, 0));
+    }
+
     void otherButtonsDoNotDrag()
     {
         EditedPicture view;
