@@ -1,15 +1,28 @@
-# tarvio_test(NAME [SOURCES file...] LIBRARIES library...)
+# tarvio_test_environment(NAME [VARIABLE=VALUE...])
 #
-# One test program from NAME.cpp. Programs over Qt run on the offscreen platform, all run with a
-# settings store of their own, so that no test ever sees the user's.
+# Programs over Qt run on the offscreen platform, and every test has folders of its own for settings
+# and the like, so that none ever sees the user's.
+function(tarvio_test_environment name)
+  set(profile "${PROJECT_BINARY_DIR}/test-profiles/${name}")
+  file(MAKE_DIRECTORY "${profile}")
+  file(CHMOD "${profile}" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+  set(suppressions "${PROJECT_SOURCE_DIR}/tests")
+  set(environment
+    QT_QPA_PLATFORM=offscreen
+    XDG_CONFIG_HOME=${profile}
+    XDG_RUNTIME_DIR=${profile}
+    HOME=${profile}
+    TSAN_OPTIONS=suppressions=${suppressions}/tsan-suppressions.txt
+    LSAN_OPTIONS=suppressions=${suppressions}/lsan-suppressions.txt:print_suppressions=0
+    ${ARGN})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300 ENVIRONMENT "${environment}")
+endfunction()
+
+# tarvio_test(NAME [SOURCES file...] LIBRARIES library...): one test program from NAME.cpp.
 function(tarvio_test name)
   cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${name}.cpp ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} tarvio_warnings)
   add_test(NAME ${name} COMMAND ${name})
-  set(profile "${PROJECT_BINARY_DIR}/test-profiles/${name}")
-  file(MAKE_DIRECTORY "${profile}")
-  set_tests_properties(${name} PROPERTIES
-    TIMEOUT 300
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;XDG_CONFIG_HOME=${profile};HOME=${profile};TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan-suppressions.txt")
+  tarvio_test_environment(${name})
 endfunction()
