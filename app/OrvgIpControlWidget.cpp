@@ -165,8 +165,9 @@ void OrvgIpControlWidget::slotTextChanged(QLineEdit* pEdit)
     // The call is queued: what was typed in between may have left the field already.
     if (index == kNoField || window()->focusWidget() != pEdit)
         return;
+    // A selected octet waits to be replaced: a modifier, pressed for what comes next, leaves it so.
     if (pEdit->text().size() != kFullLength || !fieldAt(index)->isAtEnd() ||
-        index + 1 == kOctetCount)
+        pEdit->hasSelectedText() || index + 1 == kOctetCount)
         return;
     moveTo(index + 1);
     mMovedOnTo = index + 1;

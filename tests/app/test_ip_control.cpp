@@ -31,6 +31,8 @@ private slots:
     void dotAfterTheAutomaticMoveIsSwallowedOnce();
     void dotAfterTheAutomaticMoveAndAnotherKeyMovesOn();
     void shiftForTheDotDoesNotUndoTheSwallowing();
+    void modifierLeavesTheSelectedOctetWhereItIs();
+    void addressIsTypedOverAnotherWithShift();
     void dotInTheMiddleIsConsumed();
     void dotAtTheEndOfTheLastFieldIsConsumed();
     void tabInTheMiddleIsConsumed();
@@ -218,6 +220,27 @@ void TestIpControl::shiftForTheDotDoesNotUndoTheSwallowing()
     press(Qt::Key_Shift);
     type(QStringLiteral("."));
     QCOMPARE(focusedField(), 2);
+}
+
+void TestIpControl::modifierLeavesTheSelectedOctetWhereItIs()
+{
+    mControl->setText(QStringLiteral("10.168.100.200"));
+    putCursor(1, 2);
+    type(QStringLiteral("."));
+    press(Qt::Key_Control);
+    QCOMPARE(focusedField(), 2);
+    QCOMPARE(field(2)->selectedText(), QStringLiteral("168"));
+}
+
+void TestIpControl::addressIsTypedOverAnotherWithShift()
+{
+    mControl->setText(QStringLiteral("192.168.100.200"));
+    field(1)->selectAll();
+    for (const QChar character : QStringLiteral("127.0.0.1")) {
+        press(Qt::Key_Shift);
+        type(character);
+    }
+    QCOMPARE(mControl->text(), QStringLiteral("127.0.0.1"));
 }
 
 void TestIpControl::dotInTheMiddleIsConsumed()
