@@ -64,6 +64,20 @@ private slots:
         QTEST(patternBytes(position), "bytes");
     }
 
+    void delaysAreSpelledByTheseSegmentsInThisOrder()
+    {
+        const std::vector<Bytes> rows = {
+            {},        {0},       {1},       {0, 1},    {2},    {2, 0},   {3},    {3, 0},
+            {4},       {4, 0},    {4, 1},    {4, 1, 0}, {4, 2}, {5},      {5, 0}, {5, 1},
+            {4, 4},    {5, 2},    {3, 3, 3}, {5, 3},    {6},    {6, 0},   {6, 1}, {6, 1, 0},
+            {6, 1, 1}, {6, 2, 0}, {6, 3},    {6, 3, 0}, {6, 4}, {6, 4, 0}};
+        QCOMPARE(rows.size(), std::size_t{30});
+        for (std::uint32_t row = 0; row < 30; ++row) {
+            const auto segments = delaySegments(row);
+            QCOMPARE(Bytes(segments.begin(), segments.end()), rows[row]);
+        }
+    }
+
     void windowOpensAtItsPositionToTheMicrosecond()
     {
         for (unsigned position = 0; position <= 145; ++position) {
