@@ -3,6 +3,7 @@
 
 #include <QFrame>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLayout>
 #include <QScrollArea>
 #include <QXmlStreamReader>
@@ -23,16 +24,17 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("toolTip");
         QTest::addColumn<QString>("accessibleName");
+        QTest::addColumn<QString>("icon");
         QTest::addColumn<bool>("enabled");
         const auto row = [](const char* name, const char* text, const char* toolTip,
-                            const char* accessibleName, bool enabled) {
-            QTest::newRow(name) << name << text << toolTip << accessibleName << enabled;
+                            const char* accessibleName, const char* icon, bool enabled) {
+            QTest::newRow(name) << name << text << toolTip << accessibleName << icon << enabled;
         };
-        row("readMseqTb", "R", "Read sequence", "Read sequence", true);
-        row("writeMseqTb", "W", "Write sequence", "Write sequence", true);
-        row("addStepTb", "+", "", "Add step", true);
-        row("cloneStepTb", "C", "", "Clone step", false);
-        row("removeStepTb", "-", "", "Remove step", false);
+        row("readMseqTb", "R", "Read sequence", "Read sequence", "receive.png", true);
+        row("writeMseqTb", "W", "Write sequence", "Write sequence", "send.png", true);
+        row("addStepTb", "+", "", "Add step", "add.png", true);
+        row("cloneStepTb", "C", "", "Clone step", "copy.png", false);
+        row("removeStepTb", "-", "", "Remove step", "remove.png", false);
     }
 
     void buttonsHaveTheirTexts()
@@ -40,8 +42,10 @@ private slots:
         QFETCH(QString, name);
         const auto* button = mFixture->view.findChild<QToolButton*>(name);
         QTEST(button->text(), "text");
-        QVERIFY(!button->icon().isNull());
-        QVERIFY(!button->icon().pixmap(16).isNull());
+        QFETCH(QString, icon);
+        const QIcon expected(":/icons/icons/" + icon);
+        QVERIFY(!expected.pixmap(16).isNull());
+        QCOMPARE(button->icon().pixmap(16).toImage(), expected.pixmap(16).toImage());
         QTEST(button->isEnabled(), "enabled");
         QTEST(button->accessibleName(), "accessibleName");
         // A button without a tool tip of its own has none.
