@@ -2,8 +2,19 @@
 #include "tests/views/positions/PositionViewFixture.h"
 
 #include <QHeaderView>
+#include <QIcon>
+#include <QImage>
 #include <QLabel>
 #include <QScrollArea>
+
+namespace {
+
+QImage pictureOf(const QIcon& icon)
+{
+    return icon.pixmap(16).toImage();
+}
+
+} // namespace
 
 class PositionViewTest : public QObject
 {
@@ -24,8 +35,12 @@ private slots:
         QCOMPARE(mFixture->writeButton().toolTip(), QString("Write sequence"));
         QCOMPARE(mFixture->readButton().accessibleName(), QString("Read positions"));
         QCOMPARE(mFixture->writeButton().accessibleName(), QString("Write positions"));
-        QVERIFY(!mFixture->readButton().icon().isNull());
-        QVERIFY(!mFixture->writeButton().icon().isNull());
+        QCOMPARE(pictureOf(mFixture->readButton().icon()),
+                 pictureOf(QIcon(":/icons/icons/receive.png")));
+        QCOMPARE(pictureOf(mFixture->writeButton().icon()),
+                 pictureOf(QIcon(":/icons/icons/send.png")));
+        QVERIFY(!pictureOf(mFixture->readButton().icon()).isNull());
+        QVERIFY(!pictureOf(mFixture->writeButton().icon()).isNull());
     }
 
     void pictureExplainsAxesAndAngles()
@@ -33,6 +48,8 @@ private slots:
         const QPixmap picture = mFixture->part<QLabel>("label").pixmap(Qt::ReturnByValue);
         QCOMPARE(picture.size() / picture.devicePixelRatio(), QSize(420, 230));
         QCOMPARE(picture.devicePixelRatio(), qApp->devicePixelRatio());
+        const QIcon expected(":/icons/icons/xyheightypr.png");
+        QCOMPARE(picture.toImage(), expected.pixmap(420, 230).toImage());
     }
 
     void tabKeyLeavesTheTable()
