@@ -3,6 +3,7 @@
 
 #include <QAbstractItemView>
 #include <QLineEdit>
+#include <QXmlStreamWriter>
 
 class SequenceEditingTest : public QObject
 {
@@ -145,6 +146,17 @@ private slots:
         QCOMPARE(mFixture->socket.requests().size(), 1U);
         // code, access and count come before the masks
         QCOMPARE(mFixture->socket.requests()[0][4], std::uint8_t{0x08});
+    }
+
+    void settingsFileTakesWhatIsShown()
+    {
+        QComboBox* editor = mFixture->openEditor(1, 3);
+        QVERIFY(editor);
+        editor->setCurrentIndex(2);
+        QString text;
+        QXmlStreamWriter writer(&text);
+        mFixture->view.writeXml(writer);
+        QCOMPARE(mFixture->model().index(1, 3).data().toString(), QString("Passive"));
     }
 
     void removedRowTakesItsEditorAlong()
