@@ -150,13 +150,12 @@ private slots:
 
     void settingsFileTakesWhatIsShown()
     {
-        QComboBox* editor = mFixture->openEditor(1, 3);
-        QVERIFY(editor);
-        editor->setCurrentIndex(2);
+        QCOMPARE(mFixture->text(0, 5), QString("Disabled"));
+        QTest::keyClick(mFixture->openEditor(0, 5), Qt::Key_Down);
         QString text;
         QXmlStreamWriter writer(&text);
         mFixture->view.writeXml(writer);
-        QCOMPARE(mFixture->model().index(1, 3).data().toString(), QString("Passive"));
+        QCOMPARE(mFixture->text(0, 5), QString("Active"));
     }
 
     void removedRowTakesItsEditorAlong()
