@@ -36,8 +36,9 @@ double loudestClutterDb(std::uint8_t sensorId, double fromUs, double toUs)
 {
     constexpr double kStepUs = 51.2;
     double loudest = kSilenceDb;
-    for (double time = fromUs; time < toUs; time += kStepUs)
-        loudest = std::max(loudest, clutterDb(sensorId, time));
+    const int stepCount = static_cast<int>(std::ceil((toUs - fromUs) / kStepUs));
+    for (int step = 0; step < stepCount; ++step)
+        loudest = std::max(loudest, clutterDb(sensorId, fromUs + step * kStepUs));
     return loudest;
 }
 

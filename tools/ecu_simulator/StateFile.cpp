@@ -13,7 +13,7 @@ namespace {
 constexpr int kFormatVersion = 1;
 
 // Far above a real state, which has about 2 kB.
-constexpr qint64 kMaxFileSize = 64 * 1024;
+constexpr qint64 kMaxFileSize = qint64{64} * 1024;
 
 const QString kFormatKey = QStringLiteral("tarvioEcuState");
 const QString kSequenceKey = QStringLiteral("measurementSequence");

@@ -65,7 +65,9 @@ QPolygonF distanceChain(const orv::OrvFreespaceEntry& entry)
 
 QPointF middleInScene(orv::OrvPoint a, orv::OrvPoint b)
 {
-    return {static_cast<double>((a.x + b.x) / 2), -static_cast<double>((a.y + b.y) / 2)};
+    const int x = (a.x + b.x) / 2;
+    const int y = (a.y + b.y) / 2;
+    return {static_cast<double>(x), -static_cast<double>(y)};
 }
 
 } // namespace
@@ -127,7 +129,7 @@ std::uint16_t directionOf(double degrees)
 std::uint16_t turnedDirection(std::uint16_t direction, int wheelDelta)
 {
     // In whole numbers: a truncated fraction would turn the sensor even by a delta of 0.
-    constexpr std::int64_t kUnitsPerTurn = 360 * kWheelUnitsPerDegree;
+    constexpr std::int64_t kUnitsPerTurn = std::int64_t{360} * kWheelUnitsPerDegree;
     const std::int64_t turned = direction * kUnitsPerTurn + std::int64_t{wheelDelta} * kFullTurn;
     if (turned > kUnitsPerTurn * kFullTurn)
         return 0;

@@ -33,8 +33,10 @@ std::vector<QLine> PlotGeometry::gridLines() const
     std::vector<QLine> lines;
     for (std::int32_t timeUs = kGridStepUs; timeUs < mTimeRangeUs; timeUs += kGridStepUs)
         lines.emplace_back(x(timeUs), 0, x(timeUs), mSize.height());
-    for (std::uint8_t level = 0; level < orv::kThresholdLevelsDb.size(); ++level)
-        lines.emplace_back(0, levelY(level), mSize.width(), levelY(level));
+    for (std::size_t level = 0; level < orv::kThresholdLevelsDb.size(); ++level) {
+        const int levelLine = levelY(static_cast<std::uint8_t>(level));
+        lines.emplace_back(0, levelLine, mSize.width(), levelLine);
+    }
     return lines;
 }
 

@@ -5,8 +5,6 @@
 #include <QComboBox>
 #include <QFormLayout>
 
-#include <ranges>
-
 namespace {
 
 constexpr int kLastTimeIndex = static_cast<int>(orv::kSegmentDurationsUs.size()) - 1;
@@ -14,14 +12,17 @@ constexpr int kLastLevelIndex = static_cast<int>(orv::kThresholdLevels.size()) -
 
 void addTimes(QComboBox& box)
 {
-    for (const double durationUs : orv::kSegmentDurationsUs | std::views::reverse)
-        box.addItem(ThresholdEditor::tr("%1 ms").arg(durationUs / 1000));
+    for (int index = kLastTimeIndex; index >= 0; --index)
+        box.addItem(ThresholdEditor::tr("%1 ms").arg(
+            orv::kSegmentDurationsUs[static_cast<std::size_t>(index)] / 1000));
 }
 
 void addLevels(QComboBox& box)
 {
-    for (const float level : orv::kThresholdLevels | std::views::reverse)
-        box.addItem(QStringLiteral("%1").arg(double{level}, 5, 'f', 5));
+    for (int index = kLastLevelIndex; index >= 0; --index) {
+        const double level{orv::kThresholdLevels[static_cast<std::size_t>(index)]};
+        box.addItem(QStringLiteral("%1").arg(level, 5, 'f', 5));
+    }
 }
 
 } // namespace
