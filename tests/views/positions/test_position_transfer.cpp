@@ -148,6 +148,36 @@ private slots:
         QCOMPARE(mFixture->view.positions()[0].x, std::int16_t{-1000});
     }
 
+    void typedValueIsExportedThoughTheEditorIsOpen()
+    {
+        QDoubleSpinBox* editor = mFixture->openEditor(0, 0);
+        QVERIFY(editor);
+        QTest::keyClicks(editor, "-1000");
+        QString section;
+        QXmlStreamWriter writer(&section);
+        writer.writeStartElement("MountPositions");
+        mFixture->view.writeXml(writer);
+        writer.writeEndElement();
+        QXmlStreamReader reader(section);
+        QVERIFY(reader.readNextStartElement());
+        const QByteArray bytes = QByteArray::fromBase64(reader.readElementText().toLatin1());
+        QCOMPARE(bytes.left(2), QByteArray("\x18\xFC"));
+    }
+
+    void openEditorDoesNotOverwriteWhatWasImported()
+    {
+        const QByteArray bytes = QByteArray("\x18\xFC") + QByteArray(142, '\0');
+        QXmlStreamReader reader("<MountPositions>" + bytes.toBase64() + "</MountPositions>");
+        QVERIFY(reader.readNextStartElement());
+        QDoubleSpinBox* editor = mFixture->openEditor(0, 0);
+        QVERIFY(editor);
+        QTest::keyClicks(editor, "5");
+        std::string error;
+        QVERIFY(mFixture->view.readFromXml(reader, error));
+        QTRY_VERIFY(!mFixture->table().findChild<QDoubleSpinBox*>());
+        QCOMPARE(mFixture->view.positions()[0].x, std::int16_t{-1000});
+    }
+
     void exchangesRunUnderTheWaitCursor()
     {
         mFixture->socket.queueReply(4, aReply());
