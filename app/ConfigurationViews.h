@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/EcuSynchronisation.h"
-#include "app/SettingsFile.h"
+#include "ecu/configuration/SettingsFile.h"
 
 class OrvgMseqView;
 class OrvgSensorPositionView;

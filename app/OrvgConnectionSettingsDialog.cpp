@@ -1,7 +1,7 @@
 #include "app/OrvgConnectionSettingsDialog.h"
 
-#include "app/ConnectionSettings.h"
-#include "app/NetworkSettings.h"
+#include "ecu/store/ConnectionSettings.h"
+#include "ecu/store/NetworkSettings.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "ui_OrvgConnectionSettingsDialog.h"

@@ -1,6 +1,6 @@
 #include "app/OrvgOpenXmlSettingsDialog.h"
 
-#include "app/SettingsFile.h"
+#include "ecu/configuration/SettingsFile.h"
 #include "ui_OrvgOpenXmlSettingsDialog.h"
 
 #include <QFileDialog>

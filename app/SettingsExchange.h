@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/SettingsFile.h"
+#include "ecu/configuration/SettingsFile.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #include "app/WindowState.h"
 
-#include "app/NetworkSettings.h"
+#include "ecu/store/NetworkSettings.h"
 
 #include <QSettings>
 

@@ -1,9 +1,9 @@
+#include "ecu/recording/recording_pattern.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/SimulatorProcess.h"
 #include "views/recording/OrvgCurveRecordingDialog.h"
-#include "views/recording/recording_pattern.h"
 
 #include <QApplication>
 #include <benchmark/benchmark.h>

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Fails when a folder includes what it must not know: app -> views -> orv_decoder, never upwards.
+"""Fails when a folder includes what it must not know: app -> views -> ecu -> orv_decoder, never
+upwards.
 
 usage: check_includes.py SOURCE_FOLDER
 """
@@ -14,8 +15,13 @@ QT_HEADER = re.compile(r"^(Q[A-Z]|Qt|ui_|q[a-z]*\.h$)")
 # By folder: what its files may not include, and why.
 FORBIDDEN = {
     "orv_decoder": [
-        (re.compile(r"^(views|app|forms|tools)/"), "the link library knows nothing above it"),
+        (re.compile(r"^(ecu|views|app|forms|tools)/"), "the link library knows nothing above it"),
         (QT_HEADER, "the link library is free of Qt"),
+    ],
+    "ecu": [
+        (re.compile(r"^(views|app|forms|tools)/"), "what needs no window knows none"),
+        # Headers without their folder are not even found: the target links QtCore alone.
+        (re.compile(r"^(QtGui|QtWidgets|ui_)"), "of Qt, QtCore alone is known here"),
     ],
     "views": [(re.compile(r"^(app|tools)/"), "a view does not know the application")],
     "app": [(re.compile(r"^tools/"), "the application does not know the simulated ECU")],

@@ -20,9 +20,15 @@ class CheckIncludes(unittest.TestCase):
         self.assertEqual(violations("orv_decoder/metatypes.h", "#include <QMetaType>"), [])
         self.assertEqual(len(violations("orv_decoder/metatypes.h", '#include "views/x.h"')), 1)
 
-    def test_link_library_may_include_neither_views_nor_app(self):
-        for line in ('#include "views/x.h"', '#include "app/x.h"'):
+    def test_link_library_may_include_nothing_above_it(self):
+        for line in ('#include "views/x.h"', '#include "app/x.h"', '#include "ecu/link/x.h"'):
             self.assertEqual(len(violations("orv_decoder/ByteReader.cpp", line)), 1, line)
+
+    def test_ecu_may_include_neither_widgets_nor_views(self):
+        for line in ('#include "views/x.h"', '#include "app/x.h"', "#include <QtWidgets/QWidget>",
+                     "#include <QtGui>", '#include "ui_X.h"'):
+            self.assertEqual(len(violations("ecu/link/EcuLink.cpp", line)), 1, line)
+        self.assertEqual(violations("ecu/link/EcuLink.cpp", "#include <QtCore/QString>"), [])
 
     def test_views_may_not_include_app(self):
         self.assertEqual(violations("views/live/X.cpp", '#include "app/TarvioWindow.h"'),

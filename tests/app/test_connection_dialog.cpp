@@ -1,6 +1,6 @@
-#include "app/NetworkSettings.h"
 #include "app/OrvgConnectionSettingsDialog.h"
 #include "app/OrvgIpControlWidget.h"
+#include "ecu/store/NetworkSettings.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "tests/support/LoopbackEcu.h"

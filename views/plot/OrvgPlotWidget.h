@@ -1,8 +1,8 @@
 #pragma once
 
+#include "ecu/recording/EchoSamples.h"
 #include "orv_decoder/OrvMeasurementResult.h"
 #include "orv_decoder/SensorThreshold.h"
-#include "views/plot/EchoSamples.h"
 #include "views/plot/PlotGeometry.h"
 
 #include <QColor>

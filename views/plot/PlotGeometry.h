@@ -1,8 +1,8 @@
 #pragma once
 
+#include "ecu/recording/EchoSamples.h"
 #include "orv_decoder/SensorThreshold.h"
 #include "orv_decoder/constants.h"
-#include "views/plot/EchoSamples.h"
 
 #include <QLine>
 #include <QPoint>

@@ -1,7 +1,7 @@
 #include "views/positions/OrvgSensorPositionItemDelegate.h"
 
+#include "ecu/configuration/mount_fields.h"
 #include "views/common/item_tables.h"
-#include "views/positions/mount_fields.h"
 
 #include <QDoubleSpinBox>
 

@@ -1,7 +1,7 @@
 #include "views/positions/OrvgSensorPositionItemModel.h"
 
-#include "views/positions/binary_angle.h"
-#include "views/positions/mount_fields.h"
+#include "ecu/configuration/binary_angle.h"
+#include "ecu/configuration/mount_fields.h"
 
 #include <QStringList>
 

@@ -1,11 +1,11 @@
 #include "views/positions/OrvgSensorPositionView.h"
 
+#include "ecu/configuration/xml_sections.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgSensorPositionView.h"
 #include "views/common/WaitCursor.h"
 #include "views/common/item_tables.h"
 #include "views/common/messages.h"
-#include "views/common/xml_sections.h"
 #include "views/positions/OrvgSensorPositionItemDelegate.h"
 #include "views/positions/OrvgSensorPositionItemModel.h"
 

@@ -1,8 +1,8 @@
 #include "views/recording/OrvgCurveRecordingDialog.h"
 
+#include "ecu/recording/recording_pattern.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgCurveRecordingDialog.h"
-#include "views/recording/recording_pattern.h"
 
 #include <QFileDialog>
 #include <QLocale>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ecu/recording/RecordingSweep.h"
 #include "orv_decoder/metatypes.h"
-#include "views/recording/RecordingSweep.h"
 
 #include <QDialog>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #include "views/sequence/OrvgMseqStepItemModel.h"
 
+#include "ecu/configuration/step_words.h"
 #include "orv_decoder/constants.h"
-#include "views/sequence/step_words.h"
 
 #include <QColor>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ecu/configuration/SequenceStep.h"
 #include "orv_decoder/MseqStep.h"
-#include "views/sequence/SequenceStep.h"
 
 #include <QAbstractTableModel>
 #include <QVector>

@@ -1,5 +1,7 @@
 #include "views/sequence/OrvgMseqView.h"
 
+#include "ecu/configuration/sequence_section.h"
+#include "ecu/configuration/step_words.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/constants.h"
 #include "ui_OrvgMseqView.h"
@@ -8,8 +10,6 @@
 #include "views/common/messages.h"
 #include "views/sequence/OrvgMseqStepItemModel.h"
 #include "views/sequence/OrvgStepItemDelegate.h"
-#include "views/sequence/sequence_section.h"
-#include "views/sequence/step_words.h"
 
 OrvgMseqView::OrvgMseqView(QWidget* parent, orv::OrvCtrlClient* ctrl)
     : QWidget(parent)

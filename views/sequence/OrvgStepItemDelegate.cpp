@@ -1,9 +1,9 @@
 #include "views/sequence/OrvgStepItemDelegate.h"
 
+#include "ecu/configuration/step_words.h"
 #include "views/common/item_tables.h"
 #include "views/sequence/OrvgMseqStepItemModel.h"
 #include "views/sequence/StepComboBox.h"
-#include "views/sequence/step_words.h"
 
 QWidget* OrvgStepItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                             const QModelIndex& index) const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "views/thresholds/CalibrationRun.h"
+#include "ecu/calibration/CalibrationRun.h"
 
 #include <QProgressDialog>
 

@@ -1,5 +1,6 @@
 #include "views/thresholds/OrvgThresholdView.h"
 
+#include "ecu/configuration/threshold_section.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgThresholdView.h"
 #include "views/common/messages.h"
@@ -7,7 +8,6 @@
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdItemDelegate.h"
 #include "views/thresholds/ThresholdTransfer.h"
-#include "views/thresholds/threshold_section.h"
 
 #include <QMessageBox>
 #include <QPointer>

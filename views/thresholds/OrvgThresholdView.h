@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ecu/calibration/CalibrationRun.h"
 #include "orv_decoder/metatypes.h"
-#include "views/thresholds/CalibrationRun.h"
 
 #include <QByteArray>
 #include <QWidget>

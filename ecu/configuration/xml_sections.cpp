@@ -1,0 +1,54 @@
+#include "ecu/configuration/xml_sections.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+#include <stdexcept>
+
+namespace {
+
+const QString kIdAttribute = QStringLiteral("id");
+
+} // namespace
+
+void writeBase64(QXmlStreamWriter& writer, std::span<const std::uint8_t> bytes)
+{
+    const QByteArray block(reinterpret_cast<const char*>(bytes.data()),
+                           static_cast<int>(bytes.size()));
+    writer.writeCDATA(QString::fromLatin1(block.toBase64()));
+}
+
+std::vector<std::uint8_t> readBase64(QXmlStreamReader& reader)
+{
+    const QByteArray text = reader.readElementText().toLatin1();
+    // An element inside stops the reader; what stands before it is no block.
+    if (reader.hasError())
+        return {};
+    const QByteArray block = QByteArray::fromBase64(text);
+    return {block.begin(), block.end()};
+}
+
+void writeIndexedElement(QXmlStreamWriter& writer, const QString& name, int id,
+                         std::span<const std::uint8_t> bytes)
+{
+    writer.writeStartElement(name);
+    writer.writeAttribute(kIdAttribute, QString::number(id));
+    writeBase64(writer, bytes);
+    writer.writeEndElement();
+}
+
+bool readIndexedElement(QXmlStreamReader& reader, const QString& name, int id)
+{
+    if (!reader.readNextStartElement())
+        return false;
+    if (reader.name() != name)
+        throw std::invalid_argument("wrong xml format");
+    if (!reader.attributes().hasAttribute(kIdAttribute))
+        throw std::invalid_argument("id missing");
+    bool isNumber = false;
+    if (reader.attributes().value(kIdAttribute).toInt(&isNumber) != id || !isNumber)
+        throw std::invalid_argument("wrong id value");
+    return true;
+}

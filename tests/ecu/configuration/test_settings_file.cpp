@@ -1,0 +1,346 @@
+#include "ecu/configuration/SettingsFile.h"
+
+#include <QTemporaryDir>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+#include <QtTest>
+
+#include <sys/resource.h>
+
+namespace {
+
+QByteArray document(const QByteArray& sections)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><!DOCTYPE tarvio><OrvgProject>" + sections +
+           "</OrvgProject>";
+}
+
+long peakMemoryKb()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+} // namespace
+
+/// The frame with two made-up sections. "First" takes one text; "Second" up to two items.
+class TestSettingsFile : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void writesTheFrameAroundTheSections();
+    void readsTheSectionsInTheOrderOfTheFile();
+    void unselectedSectionIsSkipped();
+    void fileThatIsNone_data();
+    void fileThatIsNone();
+    void byteOrderMarkIsNoFault();
+    void failedSectionDoesNotHideTheLaterOnes_data();
+    void failedSectionDoesNotHideTheLaterOnes();
+    void fullSectionDoesNotHideTheLaterOnes();
+    void moreThanASectionHoldsEndsTheImport();
+    void unknownSectionEndsTheImportAndKeepsWhatWasRead();
+    void knownErrorsComeWithTheAbort();
+    void brokenXmlAfterASectionEndsTheImport();
+    void brokenSectionIsNotReadAtAll();
+    void elementInsideATextIsTheSectionsError();
+    void namesTheSectionsOfAFile_data();
+    void namesTheSectionsOfAFile();
+    void hostileFileIsRefusedInBoundedTimeAndMemory_data();
+    void hostileFileIsRefusedInBoundedTimeAndMemory();
+    void longNamesAreCutInTheMessage();
+    void deviceIsNoSettingsFile();
+
+private:
+    SettingsFile settingsFile();
+    bool readItems(QXmlStreamReader& reader, std::string& error);
+    ImportReport import(const QByteArray& content);
+    QString fileWith(const QByteArray& content);
+
+    QTemporaryDir mFolder;
+    QStringList mRead;
+    QStringList mSelected;
+};
+
+void TestSettingsFile::init()
+{
+    mRead.clear();
+    mSelected = QStringList{"First", "Second"};
+}
+
+SettingsFile TestSettingsFile::settingsFile()
+{
+    const SettingsSection first{
+        .element = QStringLiteral("First"),
+        .errorName = QStringLiteral("The first"),
+        .write = [](QXmlStreamWriter& writer) { writer.writeCDATA(QStringLiteral("one")); },
+        .read =
+            [this](QXmlStreamReader& reader, std::string&) {
+                mRead.append(reader.readElementText());
+                return true;
+            }};
+    const SettingsSection second{
+        .element = QStringLiteral("Second"),
+        .errorName = QStringLiteral("The second"),
+        .write = [](QXmlStreamWriter& writer) { writer.writeTextElement("Item", "two"); },
+        .read = [this](QXmlStreamReader& reader,
+                       std::string& error) { return readItems(reader, error); }};
+    return SettingsFile({first, second});
+}
+
+// Stops at the second item and, like a careless view, wherever an error is met.
+bool TestSettingsFile::readItems(QXmlStreamReader& reader, std::string& error)
+{
+    for (int count = 0; count < 2 && reader.readNextStartElement(); ++count) {
+        if (reader.name() != QStringLiteral("Item")) {
+            error = "wrong xml format";
+            return false;
+        }
+        mRead.append(reader.readElementText());
+        if (mRead.last() == QStringLiteral("bad")) {
+            error = "wrong data format";
+            return false;
+        }
+    }
+    return true;
+}
+
+QString TestSettingsFile::fileWith(const QByteArray& content)
+{
+    QFile file(mFolder.filePath(QStringLiteral("settings.orv")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        return {};
+    return file.fileName();
+}
+
+ImportReport TestSettingsFile::import(const QByteArray& content)
+{
+    return settingsFile().read(
+        fileWith(content), [this](const QString& element) { return mSelected.contains(element); });
+}
+
+void TestSettingsFile::writesTheFrameAroundTheSections()
+{
+    QCOMPARE(settingsFile().document(), QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                                   "<!DOCTYPE tarvio>\n"
+                                                   "<OrvgProject>\n"
+                                                   "    <First><![CDATA[one]]></First>\n"
+                                                   "    <Second>\n"
+                                                   "        <Item>two</Item>\n"
+                                                   "    </Second>\n"
+                                                   "</OrvgProject>\n"));
+}
+
+void TestSettingsFile::readsTheSectionsInTheOrderOfTheFile()
+{
+    const ImportReport report = import(document("<Second><Item>b</Item></Second><First>a</First>"));
+    QVERIFY(report.isComplete());
+    QCOMPARE(mRead, QStringList({"b", "a"}));
+}
+
+void TestSettingsFile::unselectedSectionIsSkipped()
+{
+    mSelected = QStringList{"Second"};
+    const ImportReport report =
+        import(document("<First><deep><er/></deep></First><Second><Item>b</Item></Second>"));
+    QVERIFY(report.isComplete());
+    QCOMPARE(mRead, QStringList({"b"}));
+}
+
+void TestSettingsFile::fileThatIsNone_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("abortText");
+
+    QTest::newRow("empty") << QByteArray() << "invalid xml file";
+    QTest::newRow("text") << QByteArray("hello") << "invalid xml file";
+    QTest::newRow("binary junk") << QByteArray::fromHex("89504e470d0a1a0a0000ffd8ff00fe")
+                                 << "invalid xml file";
+    QTest::newRow("zeros") << QByteArray(4096, '\0') << "invalid xml file";
+    QTest::newRow("another root") << QByteArray("<svg/>") << "not an OrvgProject";
+    QTest::newRow("no root yet") << QByteArray("<?xml version=\"1.0\"?>") << "invalid xml file";
+}
+
+void TestSettingsFile::fileThatIsNone()
+{
+    QFETCH(QByteArray, content);
+    const ImportReport report = import(content);
+    QTEST(report.abortText, "abortText");
+    QCOMPARE(report.sectionErrors, QString());
+    QVERIFY(mRead.isEmpty());
+}
+
+void TestSettingsFile::byteOrderMarkIsNoFault()
+{
+    QVERIFY(import("\xEF\xBB\xBF" + document("<First>a</First>")).isComplete());
+    QCOMPARE(mRead, QStringList({"a"}));
+}
+
+void TestSettingsFile::failedSectionDoesNotHideTheLaterOnes_data()
+{
+    QTest::addColumn<QByteArray>("section");
+    QTest::addColumn<QString>("error");
+
+    QTest::newRow("at a start element")
+        << QByteArray("<Second><Other><x/></Other><Item>c</Item></Second>") << "wrong xml format";
+    QTest::newRow("at an end element")
+        << QByteArray("<Second><Item>bad</Item><Item>c</Item></Second>") << "wrong data format";
+    QTest::newRow("in the last item")
+        << QByteArray("<Second><Item>b</Item><Item>bad</Item></Second>") << "wrong data format";
+    QTest::newRow("in a section within itself")
+        << QByteArray("<Second><Second><Item>c</Item></Second></Second>") << "wrong xml format";
+}
+
+void TestSettingsFile::failedSectionDoesNotHideTheLaterOnes()
+{
+    QFETCH(QByteArray, section);
+    QFETCH(QString, error);
+    const ImportReport report = import(document(section + "<First>a</First>"));
+    QCOMPARE(report.abortText, QString());
+    QCOMPARE(report.sectionErrors, QStringLiteral("The second: %1\n").arg(error));
+    QCOMPARE(mRead.last(), QStringLiteral("a"));
+}
+
+void TestSettingsFile::fullSectionDoesNotHideTheLaterOnes()
+{
+    const ImportReport report =
+        import(document("<Second><Item>b</Item><Item>c</Item></Second><First>a</First>"));
+    QVERIFY(report.isComplete());
+    QCOMPARE(mRead, QStringList({"b", "c", "a"}));
+}
+
+void TestSettingsFile::moreThanASectionHoldsEndsTheImport()
+{
+    const ImportReport report = import(
+        document("<Second><Item>b</Item><Item>c</Item><Item>d</Item></Second><First>a</First>"));
+    QCOMPARE(report.abortText, QStringLiteral("Unknown category Item"));
+    QCOMPARE(mRead, QStringList({"b", "c"}));
+}
+
+void TestSettingsFile::unknownSectionEndsTheImportAndKeepsWhatWasRead()
+{
+    const ImportReport report =
+        import(document("<First>a</First><Third/><Second><Item>b</Item></Second>"));
+    QCOMPARE(report.abortText, QStringLiteral("Unknown category Third"));
+    QCOMPARE(report.sectionErrors, QString());
+    QCOMPARE(mRead, QStringList({"a"}));
+}
+
+void TestSettingsFile::knownErrorsComeWithTheAbort()
+{
+    const ImportReport report = import(document("<Second><Item>bad</Item></Second><Third/>"));
+    QCOMPARE(report.abortText, QStringLiteral("Unknown category Third"));
+    QCOMPARE(report.sectionErrors, QStringLiteral("The second: wrong data format\n"));
+}
+
+void TestSettingsFile::brokenXmlAfterASectionEndsTheImport()
+{
+    const ImportReport report = import("<OrvgProject><First>a</First><oops");
+    QCOMPARE(report.abortText, QStringLiteral("Premature end of document."));
+    QCOMPARE(mRead, QStringList({"a"}));
+}
+
+void TestSettingsFile::brokenSectionIsNotReadAtAll()
+{
+    const ImportReport report =
+        import("<OrvgProject><First>a</First><Second><Item>b</Item><Item>c");
+    QCOMPARE(report.abortText, QStringLiteral("Premature end of document."));
+    QCOMPARE(report.sectionErrors, QStringLiteral("The second: Premature end of document.\n"));
+    QCOMPARE(mRead, QStringList({"a"}));
+}
+
+void TestSettingsFile::elementInsideATextIsTheSectionsError()
+{
+    const ImportReport report =
+        import(document("<Second><Item>b<x/></Item></Second><First>a</First>"));
+    QCOMPARE(report.abortText, QString());
+    QCOMPARE(report.sectionErrors, QStringLiteral("The second: Expected character data.\n"));
+    QCOMPARE(mRead.last(), QStringLiteral("a"));
+}
+
+void TestSettingsFile::namesTheSectionsOfAFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QStringList>("names");
+
+    QTest::newRow("two sections") << document("<Second><Item/></Second><First/>")
+                                  << QStringList{"Second", "First"};
+    QTest::newRow("unknown section") << document("<Third/>") << QStringList{"Third"};
+    QTest::newRow("no section") << document("") << QStringList();
+    QTest::newRow("cut short") << QByteArray("<OrvgProject><First/><Sec") << QStringList{"First"};
+    QTest::newRow("another root") << QByteArray("<svg><First/></svg>") << QStringList();
+    QTest::newRow("empty") << QByteArray() << QStringList();
+}
+
+void TestSettingsFile::namesTheSectionsOfAFile()
+{
+    QFETCH(QByteArray, content);
+    QTEST(SettingsFile::sectionsOf(fileWith(content)), "names");
+}
+
+void TestSettingsFile::hostileFileIsRefusedInBoundedTimeAndMemory_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("isSettingsFile");
+
+    QByteArray laughs = "<!DOCTYPE tarvio [<!ENTITY l0 \"lol\">";
+    for (int level = 1; level < 10; ++level) {
+        laughs += "<!ENTITY l" + QByteArray::number(level) + " \"" +
+                  ("&l" + QByteArray::number(level - 1) + ";").repeated(10) + "\">";
+    }
+    QTest::newRow("nested entities")
+        << laughs + "]><OrvgProject><First>&l9;</First></OrvgProject>" << false;
+    const QByteArray blank(4000, ' ');
+    QTest::newRow("one entity again and again")
+        << "<!DOCTYPE tarvio [<!ENTITY x \"" + blank + "\">]><OrvgProject><First>" +
+               QByteArray("&x;").repeated(300000) + "</First></OrvgProject>"
+        << false;
+    QTest::newRow("one parameter entity again and again")
+        << "<!DOCTYPE tarvio [<!ENTITY % x \"" + blank + "\">" +
+               QByteArray("%x;").repeated(300000) + "]><OrvgProject/>"
+        << false;
+    QTest::newRow("100 MB") << document("<First>" + QByteArray(100'000'000, 'A') + "</First>")
+                            << false;
+    QTest::newRow("100 MB of nesting")
+        << "<OrvgProject>" + QByteArray("<a>").repeated(33'000'000) << false;
+    QTest::newRow("nesting to the largest size")
+        << "<OrvgProject><First>" + QByteArray("<a>").repeated(340'000) << true;
+}
+
+void TestSettingsFile::hostileFileIsRefusedInBoundedTimeAndMemory()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, isSettingsFile);
+    const QString fileName = fileWith(content);
+    content = QByteArray();
+    const long memoryBefore = peakMemoryKb();
+    const ImportReport report = settingsFile().read(fileName, [](const QString&) { return true; });
+    QVERIFY(peakMemoryKb() - memoryBefore < 400'000);
+    QCOMPARE(report.abortText, isSettingsFile ? QStringLiteral("Premature end of document.")
+                                              : QStringLiteral("invalid xml file"));
+    QVERIFY(mRead.isEmpty());
+    QCOMPARE(SettingsFile::sectionsOf(fileName).isEmpty(), !isSettingsFile);
+}
+
+void TestSettingsFile::longNamesAreCutInTheMessage()
+{
+    const ImportReport report = import(document("<" + QByteArray(3000, 'n') + "/>"));
+    QVERIFY(report.abortText.startsWith(QStringLiteral("Unknown category nnn")));
+    QCOMPARE(report.abortText.size(), 200);
+}
+
+void TestSettingsFile::deviceIsNoSettingsFile()
+{
+    const auto all = [](const QString&) { return true; };
+    for (const char* name : {"/dev/zero", "/tmp", "/no/such/file", ""}) {
+        const QString fileName = QString::fromLatin1(name);
+        QCOMPARE(settingsFile().read(fileName, all).abortText, QStringLiteral("invalid xml file"));
+        QVERIFY(SettingsFile::sectionsOf(fileName).isEmpty());
+    }
+}
+
+QTEST_GUILESS_MAIN(TestSettingsFile)
+#include "test_settings_file.moc"
