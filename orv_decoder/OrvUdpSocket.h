@@ -31,6 +31,10 @@ public:
     /// it fails without a reason.
     bool receive(std::vector<std::uint8_t>& datagram, std::uint32_t timeoutMs) override;
 
+    /// True as soon as a datagram waits, an empty one included; false when none came within
+    /// `timeoutMs`, where 0 only looks, and at once on a closed socket.
+    bool waitForDatagram(std::uint32_t timeoutMs) const;
+
 private:
     bool createAndBind();
 
