@@ -9,8 +9,10 @@ bool OrvUdpSocket::open()
     if (mOpen)
         return true;
     mOpen = createAndBind();
-    if (!mOpen)
+    if (!mOpen) {
+        mSystemReason = DatagramSocket::systemError();
         mSocket.close();
+    }
     return mOpen;
 }
 

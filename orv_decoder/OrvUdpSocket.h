@@ -4,6 +4,7 @@
 #include "orv_decoder/OrvSocketBase.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace orv {
@@ -21,6 +22,9 @@ public:
     /// Binds the port on every local address. Errors: "Can't start win sock",
     /// "Can't create socket", "Can't set receive timeout" (address reuse), "Can't bind socket".
     bool open() override;
+
+    /// What the system said when open() failed last.
+    const std::string& systemReason() const { return mSystemReason; }
 
     /// Closes and opens again, which discards what the system had buffered.
     /// @param port the new local port; 0 keeps the current one
@@ -40,6 +44,7 @@ private:
 
     std::uint16_t mPort;
     bool mOpen = false;
+    std::string mSystemReason;
     DatagramSocket mSocket;
 };
 
