@@ -3,11 +3,10 @@
 #include "app/ConfigurationViews.h"
 #include "app/DockTitleStyle.h"
 #include "app/FixedSubWindow.h"
+#include "app/LinkDisplay.h"
 #include "app/OrvgAboutDialog.h"
 #include "app/OrvgConnectionSettingsDialog.h"
-#include "app/OrvgStatusWidget.h"
 #include "app/SettingsExchange.h"
-#include "app/StatusMessages.h"
 #include "ecu/configuration/NetworkSection.h"
 #include "ecu/link/EcuLink.h"
 #include "ecu/link/LinkSupervisor.h"
@@ -24,7 +23,6 @@
 
 namespace {
 
-constexpr int kConnectionMessageMs = 5000;
 constexpr int kStateVersion = 0;
 constexpr int kFirstDockHeight = 300;
 
@@ -42,7 +40,6 @@ TarvioWindow::TarvioWindow(QWidget* parent)
     mSupervisor = std::make_unique<LinkSupervisor>(*mLink);
     createConfigurationCommands();
     initViews();
-    connectSupervision();
     mSupervisor->start();
 }
 
@@ -81,7 +78,7 @@ void TarvioWindow::initViews()
     handOutControlClient();
     fillViewMenu();
     keepToolBar();
-    createStatusWidget();
+    new LinkDisplay(*mSupervisor, statusBar());
     connectLiveData();
     connectActions();
 }
@@ -166,20 +163,18 @@ void TarvioWindow::keepToolBar()
     mUi->mainToolBar->toggleViewAction()->setVisible(false);
 }
 
-void TarvioWindow::createStatusWidget()
-{
-    mMessages = new StatusMessages(statusBar());
-    mStatusWidget = new OrvgStatusWidget(statusBar());
-    statusBar()->addPermanentWidget(mStatusWidget);
-}
-
 void TarvioWindow::connectLiveData()
 {
+    connect(mSupervisor.get(), &LinkSupervisor::measurementReceived, this,
+            &TarvioWindow::measResultReceived);
+    connect(mSupervisor.get(), &LinkSupervisor::freespaceReceived, this,
+            &TarvioWindow::freespaceReceived);
     connect(this, &TarvioWindow::measResultReceived, mLiveView, &OrvgLiveView::onNewMeasResult);
     connect(this, &TarvioWindow::measResultReceived, mUi->mThresholdView,
             &OrvgThresholdView::onNewMeasResult);
     connect(this, &TarvioWindow::freespaceReceived, mFreespacesView,
             &OrvgFreespacesView::onNewFreespacePackage);
+    connect(mSupervisor.get(), &LinkSupervisor::firstContact, this, &TarvioWindow::syncFromEcu);
 }
 
 void TarvioWindow::connectActions()
@@ -194,26 +189,6 @@ void TarvioWindow::connectActions()
     connect(mUi->actionExit, &QAction::triggered, this, &TarvioWindow::close);
     connect(mUi->actionSyncFromECU, &QAction::triggered, this, &TarvioWindow::syncFromEcu);
     connect(mUi->actionTransmitToECU, &QAction::triggered, this, &TarvioWindow::transmitToEcu);
-}
-
-void TarvioWindow::connectSupervision()
-{
-    const LinkSupervisor* supervisor = mSupervisor.get();
-    connect(supervisor, &LinkSupervisor::measurementReceived, this,
-            &TarvioWindow::measResultReceived);
-    connect(supervisor, &LinkSupervisor::freespaceReceived, this, &TarvioWindow::freespaceReceived);
-    connect(supervisor, &LinkSupervisor::stateChanged, this,
-            [this](const LinkSupervisor::State& state) {
-                mStatusWidget->setConnected(state.connected);
-                mStatusWidget->setNoLiveData(state.noLiveData);
-            });
-    connect(supervisor, &LinkSupervisor::found, this, &TarvioWindow::announceConnection);
-    connect(supervisor, &LinkSupervisor::firstContact, this, &TarvioWindow::syncFromEcu);
-    connect(supervisor, &LinkSupervisor::lost, this,
-            [this] { mMessages->tell(tr("Connection to ECU lost")); });
-    connect(supervisor, &LinkSupervisor::portsMissed, this, &TarvioWindow::showPortProblems);
-    connect(supervisor, &LinkSupervisor::portProblemsChanged, this,
-            &TarvioWindow::showPortProblems);
 }
 
 // The empty status tip of a menu entry would wipe out what the bar says.
@@ -250,25 +225,6 @@ void TarvioWindow::onStatusTimeout()
 bool TarvioWindow::checkConnection()
 {
     return mSupervisor->checkConnection();
-}
-
-void TarvioWindow::announceConnection(const orv::FirmwareVersion& version)
-{
-    mStatusWidget->setFirmwareVersion(version);
-    mMessages->tell(
-        tr("ECU (re)connected. Firmware version: %1").arg(mStatusWidget->firmwareVersion()),
-        kConnectionMessageMs);
-}
-
-void TarvioWindow::showPortProblems()
-{
-    QStringList texts;
-    for (const PortProblem& problem : mSupervisor->portProblems())
-        texts.append(tr("Can't receive on port %1: %2")
-                         .arg(problem.port)
-                         .arg(QString::fromStdString(problem.reason)));
-    mStatusWidget->setTroubles(texts);
-    mMessages->setTrouble(texts.join(QStringLiteral(" ")));
 }
 
 // The poll is left running when the dialog is closed: the recording shares it with the views, and
