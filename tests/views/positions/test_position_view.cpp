@@ -52,6 +52,18 @@ private slots:
         QCOMPARE(picture.toImage(), expected.pixmap(420, 230).toImage());
     }
 
+    void originInThePictureIsTheRearAxle()
+    {
+        const QImage picture(":/icons/icons/xyheightypr.png");
+        const QRgb axis = qRgb(0x54, 0x61, 0x70);
+        const QRgb tyre = qRgb(0x6b, 0x7a, 0x8c);
+        QCOMPARE(picture.pixel(51, 101), tyre); // rear wheel, around 59
+        QCOMPARE(picture.pixel(67, 101), tyre);
+        QCOMPARE(picture.pixel(58, 70), axis);   // y, up from the axle
+        QCOMPARE(picture.pixel(180, 129), axis); // x, forward
+        QVERIFY(picture.pixel(81, 70) != axis);
+    }
+
     void tabKeyLeavesTheTable()
     {
         mFixture->view.show();
