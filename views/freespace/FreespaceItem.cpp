@@ -1,6 +1,6 @@
 #include "views/freespace/FreespaceItem.h"
 
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/freespace_shape.h"
 #include "views/freespace/freespace_style.h"
 
 #include <QBrush>

@@ -2,7 +2,7 @@
 
 #include "views/freespace/FreespaceItem.h"
 #include "views/freespace/OrvgSensorItem.h"
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/freespace_shape.h"
 #include "views/freespace/freespace_style.h"
 
 #include <QPen>

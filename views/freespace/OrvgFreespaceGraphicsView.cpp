@@ -3,7 +3,8 @@
 #include "orv_decoder/constants.h"
 #include "views/freespace/FreespaceScene.h"
 #include "views/freespace/OrvgSensorItem.h"
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/marker_geometry.h"
+#include "views/freespace/zoom_steps.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

@@ -1,6 +1,6 @@
 #include "views/freespace/OrvgSensorItem.h"
 
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/marker_geometry.h"
 
 #include <QBrush>
 #include <QEvent>

@@ -2,7 +2,7 @@
 
 #include "orv_decoder/constants.h"
 #include "ui_OrvgSensorParameterWidget.h"
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/marker_geometry.h"
 
 #include <QSignalBlocker>
 
