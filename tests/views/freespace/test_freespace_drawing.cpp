@@ -123,6 +123,8 @@ private slots:
         const auto drawings = picture::freespaces(view);
         QCOMPARE(drawings.size(), 1);
         QCOMPARE(drawings[0]->childItems().size(), 2);
+        QCOMPARE(outline(*drawings[0])->group(), drawings[0]);
+        QCOMPARE(wedge(*drawings[0])->group(), drawings[0]);
         QCOMPARE(outline(*drawings[0])->polygon()[1], QPointF(2100, -500));
         QCOMPARE(wedge(*drawings[0])->polygon()[0], QPointF(100, 500));
     }
