@@ -37,7 +37,7 @@ void FreespaceScene::draw(const orv::OrvFreespacePackage& package)
     for (const orv::OrvFreespaceEntry& entry : package.entries) {
         if (entry.sensorId >= orv::kSensorCount)
             continue;
-        placeSensor(entry.sensorId, entry.position);
+        setPosition(entry.sensorId, entry.position);
         placeFreespace(entry);
     }
 }
@@ -51,7 +51,19 @@ void FreespaceScene::removeFreespaces()
 void FreespaceScene::setPositions(const orv::SensorMountPositions& positions)
 {
     for (std::uint8_t id = 0; id < orv::kSensorCount; ++id)
-        placeSensor(id, orv::planarPosition(positions[id]));
+        setPosition(id, orv::planarPosition(positions[id]));
+}
+
+void FreespaceScene::setPosition(std::uint8_t id, const orv::OrvSensorPosition& position)
+{
+    OrvgSensorItem*& sensor = mSensorItems[id];
+    if (sensor) {
+        sensor->setPosition(position);
+        return;
+    }
+    sensor = new OrvgSensorItem(id, position, freespace::sensorColour(id));
+    sensor->setZValue(kSensorZ);
+    addItem(sensor);
 }
 
 QVector<OrvgSensorItem*> FreespaceScene::selectedSensors() const
@@ -115,18 +127,6 @@ void FreespaceScene::removeOutdated(const orv::OrvFreespacePackage& package)
         if (outdated[id])
             removeFreespace(id);
     }
-}
-
-void FreespaceScene::placeSensor(std::uint8_t id, const orv::OrvSensorPosition& position)
-{
-    OrvgSensorItem*& sensor = mSensorItems[id];
-    if (sensor) {
-        sensor->setPosition(position);
-        return;
-    }
-    sensor = new OrvgSensorItem(id, position, freespace::sensorColour(id));
-    sensor->setZValue(kSensorZ);
-    addItem(sensor);
 }
 
 void FreespaceScene::placeFreespace(const orv::OrvFreespaceEntry& entry)

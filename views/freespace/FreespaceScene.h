@@ -30,6 +30,9 @@ public:
     /// Places the markers of all sensors.
     void setPositions(const orv::SensorMountPositions& positions);
 
+    /// Places the marker of one sensor, 0..11.
+    void setPosition(std::uint8_t id, const orv::OrvSensorPosition& position);
+
     /// In ascending order.
     QVector<OrvgSensorItem*> selectedSensors() const;
 
@@ -46,7 +49,6 @@ public:
 private:
     void drawVehicleOrigin();
     void removeOutdated(const orv::OrvFreespacePackage& package);
-    void placeSensor(std::uint8_t id, const orv::OrvSensorPosition& position);
     void placeFreespace(const orv::OrvFreespaceEntry& entry);
     void raise(std::uint8_t id);
     void removeFreespace(std::size_t id);

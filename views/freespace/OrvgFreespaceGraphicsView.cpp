@@ -45,6 +45,12 @@ void OrvgFreespaceGraphicsView::setPositions(const orv::SensorMountPositions& po
     mScene->setPositions(positions);
 }
 
+void OrvgFreespaceGraphicsView::setPosition(std::uint8_t sensorId,
+                                            const orv::OrvSensorPosition& position)
+{
+    mScene->setPosition(sensorId, position);
+}
+
 void OrvgFreespaceGraphicsView::setSelectedPosition(const orv::OrvSensorPosition& position)
 {
     if (OrvgSensorItem* sensor = mScene->selectedSensor())
@@ -74,6 +80,7 @@ void OrvgFreespaceGraphicsView::onNewFreespacePackage(orv::OrvFreespacePackage f
 void OrvgFreespaceGraphicsView::onSetEditMode(bool state)
 {
     mEditMode = state;
+    setInteractive(state);
     if (state)
         mScene->removeFreespaces();
     else
@@ -212,7 +219,7 @@ void OrvgFreespaceGraphicsView::zoom(int steps)
 
 void OrvgFreespaceGraphicsView::forgetMouse()
 {
-    mDragging = false;
+    endDrag();
     mScene->forgetMouse();
 }
 

@@ -20,8 +20,13 @@ public:
     explicit OrvgFreespaceGraphicsView(QWidget* parent = nullptr);
     ~OrvgFreespaceGraphicsView() override;
 
+    bool isEditMode() const { return mEditMode; }
+
     /// Places the markers of all sensors.
     void setPositions(const orv::SensorMountPositions& positions);
+
+    /// Places the marker of one sensor, 0..11, without announcing it.
+    void setPosition(std::uint8_t sensorId, const orv::OrvSensorPosition& position);
 
     /// Moves the selected sensor; does nothing when none is selected.
     void setSelectedPosition(const orv::OrvSensorPosition& position);
@@ -36,6 +41,7 @@ public slots:
     void animationFinished();
     /// Draws a package, but not in edit mode. Entries of unknown sensors are passed over.
     void onNewFreespacePackage(orv::OrvFreespacePackage fspPackage);
+    /// In edit mode the mouse and the keys reach the sensors, and there are no freespaces.
     void onSetEditMode(bool state);
     void onSelectionChanged();
     void onZoomIn();

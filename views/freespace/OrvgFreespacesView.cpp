@@ -42,7 +42,12 @@ OrvgFreespacesView::OrvgFreespacesView(OrvgSensorPositionView* positions, QWidge
     connectSignals();
 }
 
-OrvgFreespacesView::~OrvgFreespacesView() = default;
+OrvgFreespacesView::~OrvgFreespacesView()
+{
+    // The picture announces the end of a drag when it is hidden, which is after this object's own
+    // part.
+    mUi->graphicsView->disconnect(this);
+}
 
 QByteArray OrvgFreespacesView::saveState() const
 {
@@ -58,7 +63,6 @@ void OrvgFreespacesView::onLoadButtonClicked()
 {
     mPositions->onReadSensorPositionTbClicked(false);
     placeSensors();
-    showSelectedSensor();
 }
 
 void OrvgFreespacesView::onNewFreespacePackage(orv::OrvFreespacePackage fspPackage)
@@ -117,13 +121,13 @@ void OrvgFreespacesView::createDistanceCells()
 void OrvgFreespacesView::connectSignals()
 {
     OrvgFreespaceGraphicsView* picture = mUi->graphicsView;
-    connect(mUi->mModeButton, &QToolButton::toggled, picture,
-            &OrvgFreespaceGraphicsView::onSetEditMode);
     connect(mUi->mModeButton, &QToolButton::toggled, this, &OrvgFreespacesView::onSetEditMode);
     connect(picture, &OrvgFreespaceGraphicsView::fspSelected, this,
             &OrvgFreespacesView::onSensorSelected);
     connect(mParameters, &OrvgSensorParameterWidget::sensorParameterChanged, this,
             &OrvgFreespacesView::onSensorParameterChanged);
+    connect(mPositions, &OrvgSensorPositionView::positionsChanged, this,
+            &OrvgFreespacesView::followPositions);
     connect(mUi->mLoadButton, &QToolButton::clicked, this,
             &OrvgFreespacesView::onLoadButtonClicked);
     // The button's checked state is not the slot's silent flag.
@@ -138,7 +142,7 @@ void OrvgFreespacesView::connectSignals()
 void OrvgFreespacesView::showMode(bool editMode)
 {
     mPositions->setEditMode(editMode);
-    mUi->graphicsView->setInteractive(editMode);
+    mUi->graphicsView->onSetEditMode(editMode);
     mUi->mWedgeDistancesGB->setVisible(!editMode);
     mUi->mRightStackedWidget->setCurrentWidget(editMode ? mUi->mSensorParameterPage
                                                         : mUi->mWedgeDistancesPage);
@@ -152,13 +156,20 @@ void OrvgFreespacesView::placeSensors()
     mUi->graphicsView->setPositions(mPositions->positions());
 }
 
-// Editors that kept the values from before would write them back with the next change of one.
-void OrvgFreespacesView::showSelectedSensor()
+// Also what the picture and the panel changed themselves comes back here, as what they show
+// already. A range and not the whole table: of a dragged group the table knows one sensor until the
+// end.
+void OrvgFreespacesView::followPositions(int firstSensor, int lastSensor)
 {
-    if (mSelectedSensor >= orv::kSensorCount)
+    if (!mUi->graphicsView->isEditMode())
         return;
-    const orv::SensorMountPosition position = mPositions->positions()[mSelectedSensor];
-    mParameters->showSensor(mSelectedSensor, orv::planarPosition(position));
+    const orv::SensorMountPositions positions = mPositions->positions();
+    for (int id = firstSensor; id <= lastSensor; ++id) {
+        const auto position = orv::planarPosition(positions[static_cast<std::size_t>(id)]);
+        mUi->graphicsView->setPosition(static_cast<std::uint8_t>(id), position);
+        if (id == mSelectedSensor && mParameters->position() != position)
+            mParameters->showSensor(mSelectedSensor, position);
+    }
 }
 
 void OrvgFreespacesView::showDistances(const orv::OrvFreespaceEntry& entry)

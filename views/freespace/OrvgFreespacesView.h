@@ -48,7 +48,7 @@ private:
     void connectSignals();
     void showMode(bool editMode);
     void placeSensors();
-    void showSelectedSensor();
+    void followPositions(int firstSensor, int lastSensor);
     void showDistances(const orv::OrvFreespaceEntry& entry);
 
     OrvgSensorPositionView* mPositions; // borrowed from the main window

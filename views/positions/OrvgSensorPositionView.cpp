@@ -51,6 +51,10 @@ void OrvgSensorPositionView::connectSignals()
             [this] { onReadSensorPositionTbClicked(); });
     connect(mUi->writeSensorPositionTb, &QToolButton::clicked, this,
             [this] { onWriteSensorPositionTbClicked(); });
+    connect(mModel, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
+                emit positionsChanged(topLeft.column(), bottomRight.column());
+            });
 }
 
 void OrvgSensorPositionView::setCtrlClient(orv::OrvCtrlClient* client)
@@ -71,9 +75,7 @@ void OrvgSensorPositionView::setPosition(std::uint8_t sensorId,
         mUi->tableView->clearSelection();
         return;
     }
-    orv::SensorMountPositions positions = mModel->positions();
-    positions[sensorId] = orv::movedTo(positions[sensorId], position);
-    mModel->setPositions(positions);
+    mModel->moveSensor(sensorId, position);
     mUi->tableView->selectColumn(sensorId);
 }
 

@@ -290,6 +290,15 @@ private slots:
         mFixture.reset();
     }
 
+    void viewEndsInADrag()
+    {
+        mFixture->setEditMode(true);
+        const QPoint start = mFixture->picture().mapFromScene(3650, -240);
+        picture::press(mFixture->picture(), start);
+        picture::moveMouse(mFixture->picture(), start + QPoint(10, 0), Qt::LeftButton);
+        mFixture.reset();
+    }
+
 private:
     void receive(std::initializer_list<orv::OrvFreespaceEntry> entries)
     {

@@ -217,6 +217,23 @@ private slots:
         QCOMPARE(mFixture->view.positions(), positions);
     }
 
+    void everyChangeIsAnnouncedWithItsSensors()
+    {
+        QSignalSpy changes(&mFixture->view, &OrvgSensorPositionView::positionsChanged);
+        mFixture->model().setPositions(PositionViewFixture::aCar());
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes.takeFirst(), (QVariantList{0, 11}));
+        QDoubleSpinBox* editor = mFixture->openEditor(0, 2);
+        QTest::keyClicks(editor, "77");
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_COMPARE(changes.size(), 1);
+        QCOMPARE(changes.takeFirst(), (QVariantList{2, 2}));
+        mFixture->view.setPosition(4, {.x = 1});
+        QVERIFY(!changes.isEmpty());
+        for (const QVariantList& change : changes)
+            QCOMPARE(change, (QVariantList{4, 4}));
+    }
+
     void movedSensorIsSelected()
     {
         mFixture->view.setPosition(3, {});
