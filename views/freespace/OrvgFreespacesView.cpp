@@ -37,6 +37,7 @@ OrvgFreespacesView::OrvgFreespacesView(OrvgSensorPositionView* positions, QWidge
     mUi->setupUi(this);
     createParameterWidget();
     createDistanceCells();
+    keepWidthInBothModes();
     showMode(false);
     mUi->graphicsView->scene()->clearSelection();
     connectSignals();
@@ -116,6 +117,14 @@ void OrvgFreespacesView::createDistanceCells()
             mUi->mTable->setItem(row, column, cell);
         }
     }
+}
+
+// Otherwise the picture would grow and shrink, and so move, with every change of the mode.
+void OrvgFreespacesView::keepWidthInBothModes()
+{
+    QSizePolicy policy = mUi->mWedgeDistancesGB->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    mUi->mWedgeDistancesGB->setSizePolicy(policy);
 }
 
 void OrvgFreespacesView::connectSignals()

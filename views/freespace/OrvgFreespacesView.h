@@ -45,6 +45,7 @@ public slots:
 private:
     void createParameterWidget();
     void createDistanceCells();
+    void keepWidthInBothModes();
     void connectSignals();
     void showMode(bool editMode);
     void placeSensors();

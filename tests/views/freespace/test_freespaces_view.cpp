@@ -37,6 +37,23 @@ private slots:
         QCOMPARE(loaded.size(), 1);
     }
 
+    void modeIsActivatedBeforeThePositionsAreLoaded()
+    {
+        QStringList order;
+        const auto markers = [this] {
+            return picture::itemsOf<OrvgSensorItem>(mFixture->picture()).size();
+        };
+        connect(&mFixture->view, &OrvgFreespacesView::editModeActivated, this, [&] {
+            compareMode(true);
+            order << QString("activated with %1 markers").arg(markers());
+        });
+        connect(&mFixture->view, &OrvgFreespacesView::loadPositions, this,
+                [&] { order << "loaded"; });
+        mFixture->click("mModeButton");
+        QCOMPARE(order, QStringList({"activated with 0 markers", "loaded"}));
+        QCOMPARE(markers(), 12);
+    }
+
     void modeButtonSwitchesBack()
     {
         mFixture->setEditMode(true);
@@ -45,6 +62,36 @@ private slots:
         compareMode(false);
         QVERIFY(mFixture->positions.readButton().isVisibleTo(&mFixture->positions.view));
         QCOMPARE(activated.size(), 0);
+    }
+
+    void switchingTheModeDoesNotMoveThePicture_data()
+    {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<QList<int>>("sizes");
+        QTest::newRow("as it starts") << 1000 << QList<int>();
+        QTest::newRow("wide picture") << 1000 << QList<int>({1000, 0});
+        QTest::newRow("narrow picture") << 1000 << QList<int>({0, 1000});
+        QTest::newRow("small window") << 500 << QList<int>();
+    }
+
+    void switchingTheModeDoesNotMoveThePicture()
+    {
+        QFETCH(int, width);
+        QFETCH(QList<int>, sizes);
+        mFixture->view.resize(width, 600);
+        if (!sizes.isEmpty())
+            mFixture->part<QSplitter>("splitter").setSizes(sizes);
+        QCoreApplication::processEvents();
+        const auto place = [this] {
+            QCoreApplication::processEvents(); // the layout
+            return mFixture->picture().mapTo(&mFixture->view,
+                                             picture::pixelOf(mFixture->picture(), 0, 0));
+        };
+        const QPoint before = place();
+        mFixture->click("mModeButton");
+        QCOMPARE(place(), before);
+        mFixture->click("mModeButton");
+        QCOMPARE(place(), before);
     }
 
     void editModeShowsAllSensorsOfTheTable()
