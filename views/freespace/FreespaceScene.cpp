@@ -66,6 +66,16 @@ void FreespaceScene::setPosition(std::uint8_t id, const orv::OrvSensorPosition& 
     addItem(sensor);
 }
 
+QRectF FreespaceScene::markersRect() const
+{
+    QRectF covered;
+    for (const OrvgSensorItem* sensor : mSensorItems) {
+        if (sensor)
+            covered |= sensor->mapRectToScene(sensor->childrenBoundingRect());
+    }
+    return covered;
+}
+
 QVector<OrvgSensorItem*> FreespaceScene::selectedSensors() const
 {
     QVector<OrvgSensorItem*> selected;
@@ -76,17 +86,16 @@ QVector<OrvgSensorItem*> FreespaceScene::selectedSensors() const
     return selected;
 }
 
-OrvgSensorItem* FreespaceScene::selectNeighbour(int step)
+void FreespaceScene::selectNeighbour(int step)
 {
     OrvgSensorItem* sensor = neighbour(step);
     if (!sensor)
-        return nullptr;
+        return;
     {
         const QSignalBlocker blocker(this); // "none selected" would be announced in between
         clearSelection();
     }
     sensor->setSelected(true);
-    return sensor;
 }
 
 void FreespaceScene::forgetMouse()

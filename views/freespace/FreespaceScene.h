@@ -33,6 +33,9 @@ public:
     /// Places the marker of one sensor, 0..11.
     void setPosition(std::uint8_t id, const orv::OrvSensorPosition& position);
 
+    /// What the markers cover; null when there are none.
+    QRectF markersRect() const;
+
     /// In ascending order.
     QVector<OrvgSensorItem*> selectedSensors() const;
 
@@ -40,8 +43,8 @@ public:
     OrvgSensorItem* selectedSensor() const { return selectedSensors().value(0); }
 
     /// Selects the sensor after (step 1) or before (step -1) the selected one instead of it, round
-    /// in a circle. Returns the selected one, null when there are no sensors.
-    OrvgSensorItem* selectNeighbour(int step);
+    /// in a circle.
+    void selectNeighbour(int step);
 
     /// Ends what the mouse does with the markers, when it will not get to them any more.
     void forgetMouse();

@@ -114,6 +114,14 @@ private slots:
         }
     }
 
+    void pictureTellsWhatCanBeDoneWithIt()
+    {
+        const QString tip = mFixture->picture().toolTip();
+        for (const char* gesture : {"Wheel", "Ctrl + wheel", "Middle button", "Page Up",
+                                    "Page Down", "Arrow keys", "Shift", "Home", "Escape"})
+            QVERIFY2(tip.contains(gesture), gesture);
+    }
+
     void tableHasAllWedges()
     {
         const auto& table = mFixture->part<QTableWidget>("mTable");
