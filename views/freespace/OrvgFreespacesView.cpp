@@ -26,6 +26,14 @@ int widthOfAllColumns(const QTableWidget& table)
            table.verticalScrollBar()->sizeHint().width();
 }
 
+// All sensors at a glance, also in a low view.
+void makeRowsCompact(QTableWidget& table)
+{
+    const int height = table.fontMetrics().height() + 2;
+    table.verticalHeader()->setMinimumSectionSize(height);
+    table.verticalHeader()->setDefaultSectionSize(height);
+}
+
 } // namespace
 
 OrvgFreespacesView::OrvgFreespacesView(OrvgSensorPositionView* positions, QWidget* parent)
@@ -109,6 +117,7 @@ void OrvgFreespacesView::createParameterWidget()
 void OrvgFreespacesView::createDistanceCells()
 {
     stretchColumns(*mUi->mTable, distanceText(std::numeric_limits<std::uint16_t>::max()));
+    makeRowsCompact(*mUi->mTable);
     mUi->mTable->setMinimumWidth(widthOfAllColumns(*mUi->mTable));
     for (int row = 0; row < mUi->mTable->rowCount(); ++row) {
         for (int column = 0; column < mUi->mTable->columnCount(); ++column) {

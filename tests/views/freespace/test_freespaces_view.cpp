@@ -5,6 +5,7 @@
 #include <QFrame>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QSplitter>
@@ -153,6 +154,25 @@ private slots:
         const auto& table = mFixture->part<QTableWidget>("mTable");
         QVERIFY(table.columnWidth(0) > table.fontMetrics().horizontalAdvance("65535 mm"));
         QVERIFY(table.viewport()->width() >= table.horizontalHeader()->length());
+    }
+
+    void allRowsAreSeenInALowView()
+    {
+        const QFont before = QApplication::font();
+        QFont usual = before;
+        usual.setPixelSize(12); // 9 points at 96 dots per inch
+        QApplication::setFont(usual);
+        mFixture = std::make_unique<FreespacesFixture>();
+        QApplication::setFont(before);
+        mFixture->view.setFont(usual);
+
+        mFixture->view.resize(1000, 300);
+        QCoreApplication::processEvents();
+        QCOMPARE(mFixture->view.height(), 300);
+        auto& table = mFixture->part<QTableWidget>("mTable");
+        QVERIFY(!table.verticalScrollBar()->isVisible());
+        QVERIFY(table.viewport()->rect().contains(table.visualItemRect(table.item(11, 0))));
+        QVERIFY(table.rowHeight(0) > table.fontMetrics().height());
     }
 
     void absentDistanceEmptiesItsCellAlone()
