@@ -32,6 +32,7 @@ OrvgFreespaceGraphicsView::OrvgFreespaceGraphicsView(QWidget* parent)
     setTransformationAnchor(NoAnchor);
     setResizeAnchor(NoAnchor);
     setRenderHint(QPainter::Antialiasing);
+    setViewportUpdateMode(BoundingRectViewportUpdate);
     scale(kInitialScale, kInitialScale);
     new MiddleButtonPan(this);
     connectSignals();
