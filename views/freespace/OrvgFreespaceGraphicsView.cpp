@@ -118,16 +118,10 @@ void OrvgFreespaceGraphicsView::onZoomOut()
 
 bool OrvgFreespaceGraphicsView::event(QEvent* event)
 {
-    // Behind a modal dialog the mouse leaves no item any more.
-    if (event->type() == QEvent::WindowBlocked)
+    // Hidden or behind a modal dialog the mouse leaves no item any more.
+    if (event->type() == QEvent::Hide || event->type() == QEvent::WindowBlocked)
         forgetMouse();
     return QGraphicsView::event(event);
-}
-
-void OrvgFreespaceGraphicsView::hideEvent(QHideEvent* event)
-{
-    forgetMouse();
-    QGraphicsView::hideEvent(event);
 }
 
 void OrvgFreespaceGraphicsView::keyPressEvent(QKeyEvent* event)
@@ -173,7 +167,7 @@ void OrvgFreespaceGraphicsView::resizeEvent(QResizeEvent* event)
 bool OrvgFreespaceGraphicsView::viewportEvent(QEvent* event)
 {
     const bool isTaken = QGraphicsView::viewportEvent(event);
-    // Where no marker has one of its own; the base class would show none.
+    // The base class knows the markers' tool tips alone.
     if (event->type() == QEvent::ToolTip && !event->isAccepted())
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), toolTip(), viewport());
     return isTaken;
@@ -185,12 +179,11 @@ void OrvgFreespaceGraphicsView::wheelEvent(QWheelEvent* event)
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
         mZoom->setAnchor(event->position().toPoint());
         zoom(freespace::zoomSteps(delta));
-        event->accept();
-    } else if (mEditor->turn(delta)) {
-        event->accept();
-    } else {
+    } else if (!mEditor->turn(delta)) {
         QGraphicsView::wheelEvent(event);
+        return;
     }
+    event->accept();
 }
 
 void OrvgFreespaceGraphicsView::connectSignals()
@@ -199,10 +192,9 @@ void OrvgFreespaceGraphicsView::connectSignals()
             &OrvgFreespaceGraphicsView::onSelectionChanged);
     connect(mEditor, &MarkerEditor::edited, this, &OrvgFreespaceGraphicsView::fspSelected);
     // Whatever the user scrolls with, the bars act; what the view does itself sets their values.
-    for (const QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()}) {
-        connect(bar, &QScrollBar::actionTriggered, this,
-                [this] { mFraming = Framing::PlaceOfUser; });
-    }
+    const auto frameByUser = [this] { mFraming = Framing::PlaceOfUser; };
+    for (const QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()})
+        connect(bar, &QScrollBar::actionTriggered, this, frameByUser);
 }
 
 bool OrvgFreespaceGraphicsView::takeKey(const QKeyEvent& event)

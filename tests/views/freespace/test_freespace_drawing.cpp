@@ -383,6 +383,7 @@ private slots:
         OrvgFreespaceGraphicsView view;
         view.resize(900, 600);
         view.show();
+        view.onSetEditMode(false);
         view.onNewFreespacePackage(aPackage({anEntry(8).at(1000, -200, 4369)}));
         QCOMPARE(toolTipAt(view, 1000, 200),
                  QString("Sensor 9\nX: 1000 mm\nY: -200 mm\nDirection: 24.00\u00B0"));
