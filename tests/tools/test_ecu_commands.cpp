@@ -95,7 +95,7 @@ TEST(EcuCommands, newEcuHasTwelveSteps)
 TEST(EcuCommands, newEcuHoldsTheMountAnglesAsTheToolStoresThem)
 {
     const EcuState state = defaultEcuState();
-    EXPECT_EQ(state.positions[0].yaw, 30038);
+    EXPECT_EQ(state.positions[0].yaw, 13654);
     EXPECT_EQ(state.positions[0].pitch, 547);
     EXPECT_EQ(state.positions[0].roll, 0);
 }
