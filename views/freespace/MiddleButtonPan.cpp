@@ -16,9 +16,10 @@ void scrollBy(QScrollBar& bar, int pixels)
 
 } // namespace
 
-MiddleButtonPan::MiddleButtonPan(QAbstractScrollArea* area) : QObject(area), mArea(area)
+MiddleButtonPan::MiddleButtonPan(QAbstractScrollArea* area)
+    : QObject(area), mArea(area), mViewport(area->viewport())
 {
-    area->viewport()->installEventFilter(this);
+    mViewport->installEventFilter(this);
 }
 
 bool MiddleButtonPan::eventFilter(QObject* viewport, QEvent* event)
@@ -74,11 +75,11 @@ void MiddleButtonPan::grip(QPoint place)
 {
     mGripped = place;
     mIsGripping = true;
-    mArea->viewport()->setCursor(Qt::ClosedHandCursor);
+    mViewport->setCursor(Qt::ClosedHandCursor);
 }
 
 void MiddleButtonPan::letGo()
 {
     if (std::exchange(mIsGripping, false))
-        mArea->viewport()->unsetCursor();
+        mViewport->unsetCursor();
 }

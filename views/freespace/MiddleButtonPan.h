@@ -5,6 +5,7 @@
 
 class QAbstractScrollArea;
 class QMouseEvent;
+class QWidget;
 
 /// Scrolls an area while the middle mouse button is held: the place that was gripped stays under
 /// the pointer. Keeps these events from the area's own handlers.
@@ -26,6 +27,7 @@ private:
     void letGo();
 
     QAbstractScrollArea* mArea;
+    QWidget* mViewport; // is hidden, and so lets go, when the area itself is half destroyed
     QPoint mGripped;
     bool mIsGripping = false;
 };

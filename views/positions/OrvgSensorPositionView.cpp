@@ -34,7 +34,12 @@ OrvgSensorPositionView::OrvgSensorPositionView(QWidget* parent)
     connectSignals();
 }
 
-OrvgSensorPositionView::~OrvgSensorPositionView() = default;
+OrvgSensorPositionView::~OrvgSensorPositionView()
+{
+    // An open editor is taken into the model when it is hidden, which is after this object's own
+    // part.
+    mModel->disconnect(this);
+}
 
 void OrvgSensorPositionView::setUpTable()
 {
