@@ -10,10 +10,6 @@
 #include "views/thresholds/ThresholdTransfer.h"
 
 #include <QMessageBox>
-#include <QPointer>
-#include <QThread>
-
-#include <utility>
 
 namespace {
 
@@ -22,19 +18,14 @@ bool isSensorRow(const QModelIndex& index)
     return index.isValid() && index.row() < orv::kSensorCount;
 }
 
-void sleepMs(int milliseconds)
-{
-    QThread::msleep(static_cast<unsigned long>(milliseconds));
-}
-
 } // namespace
 
-OrvgThresholdView::OrvgThresholdView(QWidget* parent)
+OrvgThresholdView::OrvgThresholdView(QWidget* parent, CalibrationClock* calibrationClock)
     : QWidget(parent)
     , mUi(std::make_unique<Ui::OrvgThresholdView>())
     , mModel(new OrvgThreshItemModel(this))
     , mTransfer(new ThresholdTransfer(mModel, this))
-    , mCalibrationWaiting(sleepMs)
+    , mCalibration(new CalibrationRun(calibrationClock, this))
 {
     mUi->setupUi(this);
     mUi->mPlot->setThresholdColor(QColor(QStringLiteral("orange")));
@@ -44,7 +35,10 @@ OrvgThresholdView::OrvgThresholdView(QWidget* parent)
     connectSignals();
 }
 
-OrvgThresholdView::~OrvgThresholdView() = default;
+OrvgThresholdView::~OrvgThresholdView()
+{
+    delete mCalibrationDialog;
+}
 
 void OrvgThresholdView::setUpTable()
 {
@@ -72,6 +66,7 @@ void OrvgThresholdView::connectSignals()
             &OrvgThresholdView::onScaleChanged);
     connect(mUi->mCalibrateTb, &QToolButton::clicked, this,
             &OrvgThresholdView::onAutoCalibrationStart);
+    connect(mCalibration, &CalibrationRun::ended, this, &OrvgThresholdView::endCalibration);
     connect(mUi->mReadTb, &QToolButton::clicked, this, [this] { onReadThresholds(); });
     connect(mUi->mReadAllTb, &QToolButton::clicked, this, [this] { onReceiveAll(); });
     connect(mUi->mWriteTb, &QToolButton::clicked, this, [this] { onWriteThresholds(); });
@@ -83,11 +78,6 @@ void OrvgThresholdView::setCtrlClient(orv::OrvCtrlClient* client)
 {
     if (client)
         mTransfer->setClient(client);
-}
-
-void OrvgThresholdView::setCalibrationWaiting(Waiting waiting)
-{
-    mCalibrationWaiting = std::move(waiting);
 }
 
 QByteArray OrvgThresholdView::saveState() const
@@ -117,22 +107,14 @@ void OrvgThresholdView::onReadThresholds(bool silent)
 
 void OrvgThresholdView::onAutoCalibrationStart()
 {
-    if (!mTransfer->client() || mIsCalibrating)
+    if (!mTransfer->client() || mCalibration->isRunning())
         return;
-    const std::uint8_t sensor = currentSensor();
-    if (!mTransfer->client()->startAutoCalibration(sensor)) {
+    if (!mCalibration->start(*mTransfer->client(), currentSensor())) {
         showCommunicationError(this, mTransfer->lastError());
         return;
     }
     mUi->mPlot->resetData();
-    const QPointer<OrvgThresholdView> self(this);
-    mIsCalibrating = true;
-    const auto ending = watchCalibration(*this, *mTransfer->client(), mCalibrationWaiting);
-    if (!self)
-        return;
-    mIsCalibrating = false;
-    endCalibration(ending, sensor);
-    selectSensor(sensor);
+    showCalibration();
 }
 
 void OrvgThresholdView::onSelectionChanged(const QModelIndex& current, const QModelIndex&)
@@ -253,14 +235,22 @@ void OrvgThresholdView::selectSensor(std::uint8_t sensorId)
         mUi->mTableView->selectRow(sensorId);
 }
 
-void OrvgThresholdView::endCalibration(CalibrationRun::Ending ending, std::uint8_t sensorId)
+void OrvgThresholdView::showCalibration()
+{
+    mCalibrationDialog = new CalibrationDialog(parentWidget());
+    connect(mCalibration, &CalibrationRun::stepped, mCalibrationDialog,
+            &CalibrationDialog::showStep);
+    mCalibrationDialog->show();
+}
+
+void OrvgThresholdView::endCalibration(CalibrationRun::Ending ending)
 {
     using Ending = CalibrationRun::Ending;
+    delete mCalibrationDialog;
+    selectSensor(mCalibration->sensorId());
     switch (ending) {
     case Ending::Finished:
-        onReadThresholds(true);
-        if (sensorId != orv::kNoSensor)
-            showCurve(sensorId);
+        takeCalibratedThresholds();
         break;
     case Ending::AbortedByEcu:
         showCalibrationError(tr("Calibration was aborted!\nPlease check sensor connection."));
@@ -271,9 +261,14 @@ void OrvgThresholdView::endCalibration(CalibrationRun::Ending ending, std::uint8
     case Ending::TimedOut:
         showCalibrationError(tr("Calibration time out."));
         break;
-    case Ending::Abandoned:
-        break;
     }
+}
+
+void OrvgThresholdView::takeCalibratedThresholds()
+{
+    onReadThresholds(true);
+    if (mCalibration->sensorId() != orv::kNoSensor)
+        showCurve(mCalibration->sensorId());
 }
 
 void OrvgThresholdView::showCalibrationError(const QString& text)

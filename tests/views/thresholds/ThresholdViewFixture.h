@@ -2,6 +2,7 @@
 
 #include "orv_decoder/OrvCtrlClient.h"
 #include "tests/support/CursorWatchingSocket.h"
+#include "tests/support/ManualClock.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "views/plot/OrvgPlotWidget.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
@@ -22,7 +23,6 @@ public:
     {
         view.resize(900, 700);
         view.setCtrlClient(&client);
-        view.setCalibrationWaiting([](int) {});
     }
 
     template<typename Widget>
@@ -66,7 +66,8 @@ public:
 
     CursorWatchingSocket socket;
     orv::OrvCtrlClient client{&socket};
-    OrvgThresholdView view;
+    ManualClock clock;
+    OrvgThresholdView view{nullptr, &clock};
     QAbstractItemModelTester tester{&model(),
                                     QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
