@@ -1,5 +1,6 @@
 #pragma once
 
+class QAbstractItemDelegate;
 class QAbstractItemView;
 class QRect;
 class QString;
@@ -8,6 +9,9 @@ class QWidget;
 
 /// Stretches the columns of a table over its width, but keeps each wide enough for `longestText`.
 void stretchColumns(QTableView& table, const QString& longestText);
+
+/// Takes the value of the editor and closes it.
+void commitAndClose(QAbstractItemDelegate& delegate, QWidget* editor);
 
 /// Takes the value of the cell that is being edited, if there is one, and closes its editor. Tool
 /// buttons and menus take no focus: without this what they write is not what is shown.

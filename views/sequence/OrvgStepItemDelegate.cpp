@@ -10,7 +10,7 @@ QWidget* OrvgStepItemDelegate::createEditor(QWidget* parent, const QStyleOptionV
 {
     const bool isMode = index.column() == OrvgMseqStepItemModel::kModeColumn;
     auto* editor = new StepComboBox(isMode ? modeWords() : stateWords(), parent);
-    connect(editor, &StepComboBox::chosenFromList, this, &OrvgStepItemDelegate::commitAndClose);
+    connect(editor, &StepComboBox::chosenFromList, this, &OrvgStepItemDelegate::takeChoice);
     return editor;
 }
 
@@ -33,14 +33,7 @@ void OrvgStepItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* mod
     model->setData(index, box->currentIndex(), Qt::EditRole);
 }
 
-void OrvgStepItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
-                                                const QModelIndex&) const
+void OrvgStepItemDelegate::takeChoice(QWidget* editor)
 {
-    placeEditor(*editor, option.rect);
-}
-
-void OrvgStepItemDelegate::commitAndClose(QWidget* editor)
-{
-    emit commitData(editor);
-    emit closeEditor(editor);
+    commitAndClose(*this, editor);
 }

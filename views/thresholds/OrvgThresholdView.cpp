@@ -3,6 +3,7 @@
 #include "ecu/configuration/threshold_section.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgThresholdView.h"
+#include "views/common/item_tables.h"
 #include "views/common/messages.h"
 #include "views/thresholds/CalibrationDialog.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
@@ -76,8 +77,7 @@ void OrvgThresholdView::connectSignals()
 
 void OrvgThresholdView::setCtrlClient(orv::OrvCtrlClient* client)
 {
-    if (client)
-        mTransfer->setClient(client);
+    mEcu.setClient(client);
 }
 
 QByteArray OrvgThresholdView::saveState() const
@@ -97,22 +97,23 @@ void OrvgThresholdView::onReadThresholds(bool silent)
         QMessageBox::information(this, tr("Read Thresholds"), tr("Please select sensor first."));
         return;
     }
-    if (!mTransfer->client() || (!silent && !confirmOverwrite(this, tr("Read Thresholds"))))
-        return;
-    if (mTransfer->read(sensor))
+    const auto read = [this, sensor](orv::OrvCtrlClient& client) {
+        return mTransfer->read(client, sensor);
+    };
+    // Who asks nothing is told a failure all the same.
+    if (mEcu.mayOverwrite(silent, tr("Read Thresholds")) && mEcu.run(false, read))
         selectSensor(sensor);
-    else
-        showCommunicationError(this, mTransfer->lastError());
 }
 
 void OrvgThresholdView::onAutoCalibrationStart()
 {
-    if (!mTransfer->client() || mCalibration->isRunning())
+    if (mCalibration->isRunning())
         return;
-    if (!mCalibration->start(*mTransfer->client(), currentSensor())) {
-        showCommunicationError(this, mTransfer->lastError());
+    const auto start = [this](orv::OrvCtrlClient& client) {
+        return mCalibration->start(client, currentSensor());
+    };
+    if (!mEcu.run(false, start))
         return;
-    }
     mUi->mPlot->resetData();
     showCalibration();
 }
@@ -140,13 +141,11 @@ void OrvgThresholdView::onScaleChanged(int32_t index)
 bool OrvgThresholdView::onWriteThresholds(bool silent)
 {
     const std::uint8_t sensor = currentSensor();
-    if (!mTransfer->client() || sensor == orv::kNoSensor)
+    const auto write = [this, sensor](orv::OrvCtrlClient& client) {
+        return client.writeThresholds(editedModel().record(sensor), true);
+    };
+    if (sensor == orv::kNoSensor || !mEcu.run(silent, write))
         return false;
-    if (!mTransfer->write(sensor)) {
-        if (!silent)
-            showCommunicationError(this, mTransfer->lastError());
-        return false;
-    }
     mUi->mPlot->resetData();
     selectSensor(sensor);
     return true;
@@ -161,7 +160,7 @@ void OrvgThresholdView::onNewMeasResult(orv::OrvMeasurementResult result)
 
 void OrvgThresholdView::writeXml(QXmlStreamWriter& writer)
 {
-    writeThresholdSection(writer, mModel->records());
+    writeThresholdSection(writer, editedModel().records());
 }
 
 bool OrvgThresholdView::readFromXml(QXmlStreamReader& reader, std::string& errString)
@@ -169,8 +168,9 @@ bool OrvgThresholdView::readFromXml(QXmlStreamReader& reader, std::string& errSt
     std::vector<orv::SensorThreshold> records;
     if (!readThresholdSection(reader, records, errString))
         return false;
+    OrvgThreshItemModel& model = editedModel();
     for (const orv::SensorThreshold& record : records)
-        mModel->setRecord(record);
+        model.setRecord(record);
     const std::uint8_t sensor = currentSensor();
     if (sensor != orv::kNoSensor)
         showCurve(sensor);
@@ -180,25 +180,20 @@ bool OrvgThresholdView::readFromXml(QXmlStreamReader& reader, std::string& errSt
 bool OrvgThresholdView::onReceiveAll(bool silent)
 {
     const std::uint8_t sensor = currentSensor();
-    if (!mTransfer->client() || (!silent && !confirmOverwrite(this, tr("Read Thresholds"))))
+    if (!mEcu.mayOverwrite(silent, tr("Read Thresholds")))
         return false;
-    const QStringList errors = mTransfer->readAll();
-    if (!errors.isEmpty() && !silent)
-        showCommunicationError(this, errors.join(QLatin1Char('\n')));
+    const auto readAll = [this](orv::OrvCtrlClient& client) { return mTransfer->readAll(client); };
+    const bool isComplete = mEcu.runAll(silent, readAll);
     if (sensor != orv::kNoSensor)
         showSensor(sensor);
-    return errors.isEmpty();
+    return isComplete;
 }
 
 bool OrvgThresholdView::onTransmitAll(bool silent)
 {
-    if (!mTransfer->client())
-        return false;
-    if (mTransfer->writeAll())
-        return true;
-    if (!silent)
-        showCommunicationError(this, mTransfer->lastError());
-    return false;
+    return mEcu.run(silent, [this](orv::OrvCtrlClient& client) {
+        return ThresholdTransfer::writeAll(client, editedModel().records());
+    });
 }
 
 // 0..11, or kNoSensor when no row is current.
@@ -235,6 +230,13 @@ void OrvgThresholdView::selectSensor(std::uint8_t sensorId)
         mUi->mTableView->selectRow(sensorId);
 }
 
+// The model with what stands in an open editor, which it closes.
+OrvgThreshItemModel& OrvgThresholdView::editedModel()
+{
+    commitOpenEditor(*mUi->mTableView);
+    return *mModel;
+}
+
 void OrvgThresholdView::showCalibration()
 {
     mCalibrationDialog = new CalibrationDialog(parentWidget());
@@ -256,7 +258,7 @@ void OrvgThresholdView::endCalibration(CalibrationRun::Ending ending)
         showCalibrationError(tr("Calibration was aborted!\nPlease check sensor connection."));
         break;
     case Ending::ExchangeFailed:
-        showCommunicationError(this, mTransfer->lastError());
+        showCommunicationError(this, mEcu.client()->lastError());
         break;
     case Ending::TimedOut:
         showCalibrationError(tr("Calibration time out."));

@@ -2,6 +2,7 @@
 
 #include "ecu/calibration/CalibrationRun.h"
 #include "orv_decoder/metatypes.h"
+#include "views/common/EcuExchange.h"
 
 #include <QByteArray>
 #include <QPointer>
@@ -76,6 +77,7 @@ private:
     void showCurve(std::uint8_t sensorId);
     void showScale(std::uint8_t scale);
     void selectSensor(std::uint8_t sensorId);
+    OrvgThreshItemModel& editedModel();
 
     void showCalibration();
     void endCalibration(CalibrationRun::Ending ending);
@@ -85,6 +87,7 @@ private:
     std::unique_ptr<Ui::OrvgThresholdView> mUi;
     OrvgThreshItemModel* mModel;
     ThresholdTransfer* mTransfer;
+    EcuExchange mEcu{this};
     CalibrationRun* mCalibration;
     QPointer<CalibrationDialog> mCalibrationDialog; // a child of the view's parent
     int mLastSelectedRow = -1;

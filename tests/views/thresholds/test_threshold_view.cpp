@@ -231,6 +231,67 @@ private slots:
         QCOMPARE(mFixture->model().record(5).entries[3], std::uint8_t{0xE0});
     }
 
+    // The pop-up closes before a click arrives elsewhere, but not before what a timer calls.
+    void openEditorCountsForWhatIsWritten_data()
+    {
+        QTest::addColumn<bool>("all");
+        QTest::newRow("one sensor") << false;
+        QTest::newRow("all sensors") << true;
+    }
+
+    void openEditorCountsForWhatIsWritten()
+    {
+        QFETCH(bool, all);
+        for (int i = 0; i < 12; ++i)
+            mFixture->socket.queueReply(1, {});
+        ThresholdEditor* editor = openEditor(5, 3);
+        QVERIFY(editor);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
+        QVERIFY(all ? mFixture->view.onTransmitAll(true) : mFixture->view.onWriteThresholds(true));
+        const auto& request = mFixture->socket.requests().at(all ? 5 : 0);
+        QCOMPARE(request[2], std::uint8_t{5});
+        QCOMPARE(request[6], std::uint8_t{0xE0});
+        QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+    }
+
+    void openEditorCountsForTheSettingsFile()
+    {
+        ThresholdEditor* editor = openEditor(5, 3);
+        QVERIFY(editor);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
+        ThresholdViewFixture other;
+        QVERIFY(read(other, section()).empty());
+        QCOMPARE(other.model().record(5).entries[3], std::uint8_t{0xE0});
+        QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+    }
+
+    void openEditorDoesNotOverwriteWhatWasRead()
+    {
+        mFixture->socket.queueReply(1, ThresholdViewFixture::wireRecord(5, 0x5F));
+        ThresholdEditor* editor = openEditor(5, 3);
+        QVERIFY(editor);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
+        mFixture->view.onReadThresholds(true);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Return);
+        QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+        QCOMPARE(mFixture->model().record(5).entries[3], std::uint8_t{0x5F});
+    }
+
+    void openEditorDoesNotOverwriteWhatWasImported()
+    {
+        ThresholdViewFixture other;
+        other.model().setRecord(curve(5));
+        QXmlStreamReader reader(sectionOf(other));
+        reader.readNextStartElement();
+        ThresholdEditor* editor = openEditor(5, 3);
+        QVERIFY(editor);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
+        std::string error;
+        QVERIFY(mFixture->view.readFromXml(reader, error));
+        QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+        QCOMPARE(mFixture->model().record(5).entries, curve(5).entries);
+    }
+
     void stateIsTheDivisionOfTableAndPlot()
     {
         mFixture->view.show();
@@ -351,12 +412,14 @@ private:
         return editor->findChild<QComboBox*>(QLatin1String(name));
     }
 
-    QString section()
+    QString section() { return sectionOf(*mFixture); }
+
+    static QString sectionOf(ThresholdViewFixture& fixture)
     {
         QString text;
         QXmlStreamWriter writer(&text);
         writer.writeStartElement("Thresholds");
-        mFixture->view.writeXml(writer);
+        fixture.view.writeXml(writer);
         writer.writeEndElement();
         return text;
     }
