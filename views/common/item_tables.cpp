@@ -28,6 +28,13 @@ void commitOpenEditor(QAbstractItemView& view)
         commitAndClose(*view.itemDelegate(current), editor);
 }
 
+void storeChange(QAbstractItemModel& model, const QModelIndex& index, const QVariant& shown,
+                 const QVariant& stored)
+{
+    if (index.data(Qt::EditRole) != shown)
+        model.setData(index, stored, Qt::EditRole);
+}
+
 void placeEditor(QWidget& editor, const QRect& cell)
 {
     QRect place = cell;

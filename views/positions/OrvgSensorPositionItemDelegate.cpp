@@ -27,5 +27,5 @@ void OrvgSensorPositionItemDelegate::setModelData(QWidget* editor, QAbstractItem
 {
     auto* spinBox = static_cast<QDoubleSpinBox*>(editor);
     spinBox->interpretText();
-    model->setData(index, spinBox->value(), Qt::EditRole);
+    storeChange(*model, index, spinBox->value(), spinBox->value());
 }

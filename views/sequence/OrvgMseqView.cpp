@@ -28,6 +28,9 @@ void OrvgMseqView::setUpTable()
     table->setModel(mModel);
     table->setItemDelegate(new OrvgStepItemDelegate(table));
     stretchColumns(*table, stateWords().first());
+    // A new current row is painted as one; by itself the table repaints the two cells alone.
+    connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, table->viewport(),
+            QOverload<>::of(&QWidget::update));
 }
 
 void OrvgMseqView::connectSignals()

@@ -36,6 +36,9 @@ ThresholdEditor::ThresholdEditor(QWidget* parent)
     setFocusProxy(mTimeCb);
     mTimeCb->setObjectName(QStringLiteral("mTimeCb"));
     mLevelCb->setObjectName(QStringLiteral("mLevelCb"));
+    // The background that the editor gets as a style sheet would take the highlight from the lists.
+    for (QComboBox* box : {mTimeCb, mLevelCb})
+        box->setStyleSheet(QStringLiteral("background: none;"));
     addTimes(*mTimeCb);
     addLevels(*mLevelCb);
     auto* layout = new QFormLayout(this);

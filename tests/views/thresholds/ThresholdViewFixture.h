@@ -7,11 +7,13 @@
 #include "views/plot/OrvgPlotWidget.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdView.h"
+#include "views/thresholds/ThresholdEditor.h"
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
 #include <QTableView>
 #include <QToolButton>
+#include <QtTest>
 
 #include <vector>
 
@@ -38,6 +40,21 @@ public:
     void click(const char* button) { part<QToolButton>(button).click(); }
 
     void select(int row, int column = 0) { table().setCurrentIndex(model().index(row, column)); }
+
+    /// The editor that a double click on the cell opened, or null.
+    ThresholdEditor* openEditor(int row, int column)
+    {
+        view.show();
+        view.activateWindow();
+        if (!QTest::qWaitForWindowActive(&view))
+            return nullptr;
+        const QModelIndex cell = model().index(row, column);
+        table().scrollTo(cell);
+        const QPoint center = table().visualRect(cell).center();
+        QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {},
+                           table().viewport()->mapTo(&view, center));
+        return table().findChild<ThresholdEditor*>();
+    }
 
     /// Whether a rise of the echo at `timeOfFlight` is drawn in the plot's bottom rows.
     bool plotHasStickAt(int timeOfFlight)

@@ -1,5 +1,5 @@
-#include "tests/support/screenshots.h"
 #include "tests/views/thresholds/ThresholdViewFixture.h"
+#include "views/thresholds/OrvgThresholdItemDelegate.h"
 #include "views/thresholds/ThresholdEditor.h"
 
 #include <QHeaderView>
@@ -211,6 +211,47 @@ private slots:
         QCOMPARE(mFixture->socket.requests()[0][14], std::uint8_t{0xFE});
     }
 
+    void editorLeftUntouchedChangesNothing_data()
+    {
+        QTest::addColumn<QString>("way");
+        for (const QString way : {"Enter", "Escape", "click beside"})
+            QTest::newRow(qPrintable(way)) << way;
+    }
+
+    void editorLeftUntouchedChangesNothing()
+    {
+        QFETCH(QString, way);
+        mFixture->model().setRecord(curve(5));
+        ThresholdEditor* editor = openEditor(5, 3);
+        QVERIFY(editor);
+        QSignalSpy changes(&mFixture->model(), &QAbstractItemModel::dataChanged);
+        if (way == "Enter")
+            QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Return);
+        else if (way == "Escape")
+            QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Escape);
+        else
+            QTest::mouseClick(editor, Qt::LeftButton, {}, {-40, -40});
+        QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+        QCOMPARE(mFixture->model().record(5), curve(5));
+        QVERIFY(changes.isEmpty());
+    }
+
+    void noEntryIsChangedByLookingAtIt()
+    {
+        OrvgThresholdItemDelegate delegate;
+        ThresholdEditor editor(nullptr);
+        const QModelIndex cell = mFixture->model().index(5, 3);
+        for (int entry = 0; entry <= 0xFF; ++entry) {
+            orv::SensorThreshold record = curve(5);
+            record.entries[3] = static_cast<std::uint8_t>(entry);
+            mFixture->model().setRecord(record);
+            delegate.setEditorData(&editor, cell);
+            QCOMPARE(editor.indexes(), QPoint(entry >> 5, entry & 31));
+            delegate.setModelData(&editor, &mFixture->model(), cell);
+            QCOMPARE(mFixture->model().record(5), record);
+        }
+    }
+
     void escapeKeepsTheCell()
     {
         ThresholdEditor* editor = openEditor(5, 3);
@@ -345,23 +386,6 @@ private slots:
         QCOMPARE(mFixture->model().records(), before);
     }
 
-    void looksAsInTheGuide()
-    {
-        for (std::uint8_t sensor = 0; sensor < 12; ++sensor)
-            mFixture->model().setRecord(curve(sensor));
-        mFixture->select(2, 4);
-        for (const std::uint16_t timeOfFlight :
-             std::initializer_list<std::uint16_t>{614, 665, 7987, 8038, 8089, 15052})
-            mFixture->receiveEcho(2, timeOfFlight);
-        mFixture->view.resize(1040, 720);
-        mFixture->view.show();
-        QVERIFY(mFixture->plotHasStickAt(614));
-        saveScreenshot(mFixture->view, "thresholds");
-        ThresholdEditor* editor = openEditor(2, 4);
-        QVERIFY(editor);
-        saveScreenshot(*editor, "thresholds-editor");
-    }
-
 private:
     static orv::SensorThreshold curve(std::uint8_t sensor)
     {
@@ -392,20 +416,7 @@ private:
         return {-1, -1};
     }
 
-    ThresholdEditor* openEditor(int row, int column)
-    {
-        mFixture->view.show();
-        mFixture->view.activateWindow();
-        if (!QTest::qWaitForWindowActive(&mFixture->view))
-            return nullptr;
-        QTableView& table = mFixture->table();
-        const QModelIndex cell = mFixture->model().index(row, column);
-        table.scrollTo(cell);
-        const QPoint center = table.visualRect(cell).center();
-        QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, center);
-        QTest::mouseDClick(table.viewport(), Qt::LeftButton, {}, center);
-        return table.findChild<ThresholdEditor*>();
-    }
+    ThresholdEditor* openEditor(int row, int column) { return mFixture->openEditor(row, column); }
 
     static QComboBox* box(ThresholdEditor* editor, const char* name)
     {
