@@ -5,6 +5,7 @@
 #include "ui_OrvgThresholdView.h"
 #include "views/common/item_tables.h"
 #include "views/common/messages.h"
+#include "views/common/threshold_style.h"
 #include "views/thresholds/CalibrationDialog.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdItemDelegate.h"
@@ -29,7 +30,7 @@ OrvgThresholdView::OrvgThresholdView(QWidget* parent, CalibrationClock* calibrat
     , mCalibration(new CalibrationRun(calibrationClock, this))
 {
     mUi->setupUi(this);
-    mUi->mPlot->setThresholdColor(QColor(QStringLiteral("orange")));
+    mUi->mPlot->setThresholdColor(kThresholdColor);
     for (const QString& name : {tr("50%"), tr("62.5%"), tr("81.25%"), tr("100%")})
         mUi->mScaleCb->addItem(name, mUi->mScaleCb->count());
     setUpTable();
