@@ -1,4 +1,5 @@
 #include "tests/support/Palettes.h"
+#include "tests/support/clipped_widgets.h"
 #include "tests/support/rendered_contrast.h"
 #include "tests/support/screenshots.h"
 #include "tests/views/positions/PositionViewFixture.h"
@@ -280,6 +281,27 @@ private slots:
         mFixture->view.setPosition(static_cast<std::uint8_t>(id), {.x = 1, .y = 1});
         QVERIFY(!mFixture->table().selectionModel()->hasSelection());
         QCOMPARE(mFixture->view.positions(), PositionViewFixture::aCar());
+    }
+
+    void noButtonIsCutInALowDock()
+    {
+        mFixture->view.show();
+        for (const int height : {mFixture->view.minimumSizeHint().height(), 140, 244}) {
+            mFixture->view.resize(1280, height);
+            QCoreApplication::processEvents();
+            QCOMPARE(clippedChildren<QToolButton>(mFixture->view), QStringList());
+        }
+    }
+
+    void allFieldsAreSeenInADockAsItIsAtFirst()
+    {
+        mFixture->view.resize(1280, 244);
+        mFixture->view.show();
+        QCoreApplication::processEvents();
+        const QRect lastRow = mFixture->table().visualRect(mFixture->model().index(5, 0));
+        const QWidget* viewport = mFixture->table().viewport();
+        QVERIFY(viewport->visibleRegion().contains(lastRow.adjusted(0, 0, 0, -1)));
+        QVERIFY(viewport->visibleRegion().boundingRect().bottom() >= lastRow.bottom() - 1);
     }
 
     void textsOfTheTableRead_data()

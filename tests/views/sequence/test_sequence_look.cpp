@@ -1,4 +1,5 @@
 #include "tests/support/Palettes.h"
+#include "tests/support/clipped_widgets.h"
 #include "tests/support/rendered_contrast.h"
 #include "tests/support/screenshots.h"
 #include "tests/views/sequence/SequenceViewFixture.h"
@@ -104,6 +105,16 @@ private slots:
         for (const int row : {1, 4})
             for (const int column : {0, 5, 12})
                 QVERIFY(painted.region().contains(cell(row, column)));
+    }
+
+    void noButtonIsCutInALowDock()
+    {
+        mFixture->view.show();
+        for (const int height : {mFixture->view.minimumSizeHint().height(), 140, 244}) {
+            mFixture->view.resize(600, height);
+            QCoreApplication::processEvents();
+            QCOMPARE(clippedChildren<QToolButton>(mFixture->view), QStringList());
+        }
     }
 
     void guidePictureShowsTheWordsAndAnEditor()

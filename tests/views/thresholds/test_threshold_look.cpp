@@ -1,4 +1,5 @@
 #include "tests/support/Palettes.h"
+#include "tests/support/clipped_widgets.h"
 #include "tests/support/rendered_contrast.h"
 #include "tests/support/screenshots.h"
 #include "tests/views/thresholds/ThresholdViewFixture.h"
@@ -6,6 +7,8 @@
 
 #include <QAbstractItemView>
 #include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QtTest>
 
 namespace {
@@ -93,6 +96,47 @@ private slots:
             QVERIFY(highlighted.ground.saturation() > other.ground.saturation() + 100);
             box->hidePopup();
         }
+    }
+
+    void noButtonIsCutInALowDock_data()
+    {
+        QTest::addColumn<int>("height");
+        QTest::newRow("lowest") << 0;
+        QTest::newRow("very low") << 140;
+        QTest::newRow("at first") << 244;
+    }
+
+    void noButtonIsCutInALowDock()
+    {
+        QFETCH(int, height);
+        mFixture->view.show();
+        mFixture->view.resize(mFixture->view.minimumSizeHint().expandedTo({0, height}));
+        QCoreApplication::processEvents();
+        QCOMPARE(clippedChildren<QToolButton>(mFixture->view), QStringList());
+        QVERIFY(mFixture->scaleBox().visibleRegion() == QRegion(mFixture->scaleBox().rect()));
+    }
+
+    void viewMayBeLow() { QVERIFY(mFixture->view.minimumSizeHint().height() <= 130); }
+
+    void plotIsNeverFlat()
+    {
+        mFixture->view.show();
+        for (const int height : {140, 244, 600}) {
+            mFixture->view.resize(1280, height);
+            QCoreApplication::processEvents();
+            QVERIFY(mFixture->plot().height() >= 100);
+        }
+    }
+
+    // Else the wheel over the table would move the whole content.
+    void nothingScrollsButTheTableWhenBothHaveTheirRoom()
+    {
+        mFixture->view.resize(1280, 244);
+        mFixture->view.show();
+        QCoreApplication::processEvents();
+        const auto& scrollArea = mFixture->part<QScrollArea>("mScrollArea");
+        QVERIFY(!scrollArea.verticalScrollBar()->isVisible());
+        QVERIFY(!scrollArea.horizontalScrollBar()->isVisible());
     }
 
     void guidePicturesShowCurvePeaksAndEditor()
