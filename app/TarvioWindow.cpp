@@ -3,28 +3,26 @@
 #include "app/ConfigurationViews.h"
 #include "app/DockTitleStyle.h"
 #include "app/FixedSubWindow.h"
+#include "app/LinkDisplay.h"
 #include "app/OrvgAboutDialog.h"
 #include "app/OrvgConnectionSettingsDialog.h"
-#include "app/OrvgStatusWidget.h"
 #include "app/SettingsExchange.h"
 #include "ecu/configuration/NetworkSection.h"
 #include "ecu/link/EcuLink.h"
+#include "ecu/link/LinkSupervisor.h"
 #include "ecu/store/NetworkSettings.h"
 #include "ui_TarvioWindow.h"
 #include "views/freespace/OrvgFreespacesView.h"
 #include "views/live/OrvgLiveView.h"
 #include "views/recording/OrvgCurveRecordingDialog.h"
 
+#include <QEvent>
 #include <QIcon>
 #include <QMdiSubWindow>
 #include <QSettings>
 
 namespace {
 
-constexpr int kPollIntervalMs = 11;
-constexpr int kFirstProbeMs = 100;
-constexpr std::uint32_t kTakeTimeoutMs = 10;
-constexpr int kConnectionMessageMs = 5000;
 constexpr int kStateVersion = 0;
 constexpr int kFirstDockHeight = 300;
 
@@ -39,9 +37,10 @@ TarvioWindow::TarvioWindow(QWidget* parent)
     if (!settings::hasGroup(*mSettings, settings::kNetworkGroup))
         writeDefaultNetworkSettings();
     mLink = std::make_unique<EcuLink>(settings::readNetwork(*mSettings));
+    mSupervisor = std::make_unique<LinkSupervisor>(*mLink);
     createConfigurationCommands();
     initViews();
-    startSupervision();
+    mSupervisor->start();
 }
 
 TarvioWindow::~TarvioWindow() = default;
@@ -79,7 +78,7 @@ void TarvioWindow::initViews()
     handOutControlClient();
     fillViewMenu();
     keepToolBar();
-    createStatusWidget();
+    new LinkDisplay(*mSupervisor, statusBar());
     connectLiveData();
     connectActions();
 }
@@ -101,8 +100,8 @@ void TarvioWindow::createMdiViews()
 QMdiSubWindow* TarvioWindow::addSubWindow(QWidget* view)
 {
     auto* window = new FixedSubWindow(view);
-    mUi->mMdiArea->addSubWindow(window, window->windowFlags());
-    window->showMaximized();
+    mUi->mMdiArea->addSubWindow(window);
+    window->showFixed();
     return window;
 }
 
@@ -164,19 +163,18 @@ void TarvioWindow::keepToolBar()
     mUi->mainToolBar->toggleViewAction()->setVisible(false);
 }
 
-void TarvioWindow::createStatusWidget()
-{
-    mStatusWidget = new OrvgStatusWidget(statusBar());
-    statusBar()->addPermanentWidget(mStatusWidget);
-}
-
 void TarvioWindow::connectLiveData()
 {
+    connect(mSupervisor.get(), &LinkSupervisor::measurementReceived, this,
+            &TarvioWindow::measResultReceived);
+    connect(mSupervisor.get(), &LinkSupervisor::freespaceReceived, this,
+            &TarvioWindow::freespaceReceived);
     connect(this, &TarvioWindow::measResultReceived, mLiveView, &OrvgLiveView::onNewMeasResult);
     connect(this, &TarvioWindow::measResultReceived, mUi->mThresholdView,
             &OrvgThresholdView::onNewMeasResult);
     connect(this, &TarvioWindow::freespaceReceived, mFreespacesView,
             &OrvgFreespacesView::onNewFreespacePackage);
+    connect(mSupervisor.get(), &LinkSupervisor::firstContact, this, &TarvioWindow::syncFromEcu);
 }
 
 void TarvioWindow::connectActions()
@@ -193,12 +191,10 @@ void TarvioWindow::connectActions()
     connect(mUi->actionTransmitToECU, &QAction::triggered, this, &TarvioWindow::transmitToEcu);
 }
 
-void TarvioWindow::startSupervision()
+// The empty status tip of a menu entry would wipe out what the bar says.
+bool TarvioWindow::event(QEvent* event)
 {
-    connect(&mPollTimer, &QTimer::timeout, this, &TarvioWindow::pollingSlot);
-    connect(&mStatusTimer, &QTimer::timeout, this, &TarvioWindow::onStatusTimeout);
-    mStatusTimer.start(mStatusInterval);
-    QTimer::singleShot(kFirstProbeMs, this, &TarvioWindow::onStatusTimeout);
+    return event->type() == QEvent::StatusTip || QMainWindow::event(event);
 }
 
 void TarvioWindow::closeEvent(QCloseEvent* event)
@@ -213,89 +209,22 @@ void TarvioWindow::closeEvent(QCloseEvent* event)
 
 void TarvioWindow::onCaptureTriggered(bool state)
 {
-    if (!state) {
-        mPollTimer.stop();
-        return;
-    }
-    mLink->discardMeasurementResults();
-    mPollTimer.start(kPollIntervalMs);
+    mSupervisor->setCapture(state);
 }
 
 void TarvioWindow::pollingSlot()
 {
-    const bool measurement = takeMeasurementResult();
-    const bool freespace = takeFreespacePackage();
-    if (!measurement && !freespace)
-        return;
-    mStatusWidget->setNoLiveData(false);
-    if (!mConnected)
-        mConnected = checkConnection();
-}
-
-bool TarvioWindow::takeMeasurementResult()
-{
-    orv::OrvMeasurementResult result;
-    if (!mLink->take(result, kTakeTimeoutMs))
-        return false;
-    noteLiveRecord();
-    emit measResultReceived(std::move(result));
-    return true;
-}
-
-bool TarvioWindow::takeFreespacePackage()
-{
-    orv::OrvFreespacePackage package;
-    if (!mLink->take(package, kTakeTimeoutMs))
-        return false;
-    noteLiveRecord();
-    emit freespaceReceived(std::move(package));
-    return true;
-}
-
-void TarvioWindow::noteLiveRecord()
-{
-    mStatusWidget->setConnected(true);
-    mStatusTimer.start();
+    mSupervisor->poll();
 }
 
 void TarvioWindow::onStatusTimeout()
 {
-    // While capture is on, the poll takes what arrives: here it has taken nothing for a while.
-    const bool received = !mPollTimer.isActive() && mLink->drain();
-    mStatusWidget->setNoLiveData(!received);
-    if (!received) {
-        const bool answered = checkConnection();
-        mStatusWidget->setConnected(answered);
-        mConnected = answered;
-        return;
-    }
-    mStatusWidget->setConnected(true);
-    if (!mConnected)
-        checkConnection();
-    mConnected = true;
+    mSupervisor->judge();
 }
 
 bool TarvioWindow::checkConnection()
 {
-    orv::FirmwareVersion version;
-    const bool answered = mLink->probe(version);
-    if (answered && !mConnected)
-        announceConnection(version);
-    if (!answered && mConnected)
-        statusBar()->showMessage(tr("Connection to ECU lost"));
-    return answered;
-}
-
-void TarvioWindow::announceConnection(const orv::FirmwareVersion& version)
-{
-    mStatusWidget->setFirmwareVersion(version);
-    statusBar()->showMessage(
-        tr("ECU (re)connected. Firmware version: %1").arg(mStatusWidget->firmwareVersion()),
-        kConnectionMessageMs);
-    if (mInitialSyncDone)
-        return;
-    mInitialSyncDone = true;
-    syncFromEcu();
+    return mSupervisor->checkConnection();
 }
 
 // The poll is left running when the dialog is closed: the recording shares it with the views, and
@@ -305,7 +234,7 @@ void TarvioWindow::onEnvelopCurveRecording()
     auto* dialog = new OrvgCurveRecordingDialog(&mLink->client(), this);
     connect(this, &TarvioWindow::measResultReceived, dialog,
             &OrvgCurveRecordingDialog::onNewMeasResult);
-    mPollTimer.start();
+    mSupervisor->startPolling();
     dialog->exec();
     dialog->deleteLater();
 }
@@ -324,7 +253,7 @@ void TarvioWindow::onConnectionSettings()
 {
     OrvgConnectionSettingsDialog dialog(&mLink->client(), mSettings, centralWidget());
     if (dialog.exec() == QDialog::Accepted)
-        mLink->reconnect(settings::readNetwork(*mSettings));
+        mSupervisor->reconnect(settings::readNetwork(*mSettings));
 }
 
 void TarvioWindow::onSaveToXml()

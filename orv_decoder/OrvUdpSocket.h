@@ -2,8 +2,12 @@
 
 #include "orv_decoder/DatagramSocket.h"
 #include "orv_decoder/OrvSocketBase.h"
+#include "orv_decoder/constants.h"
 
+#include <array>
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace orv {
@@ -22,6 +26,9 @@ public:
     /// "Can't create socket", "Can't set receive timeout" (address reuse), "Can't bind socket".
     bool open() override;
 
+    /// What the system said when open() failed last.
+    const std::string& systemReason() const { return mSystemReason; }
+
     /// Closes and opens again, which discards what the system had buffered.
     /// @param port the new local port; 0 keeps the current one
     bool reopen(std::uint16_t port);
@@ -31,11 +38,19 @@ public:
     /// it fails without a reason.
     bool receive(std::vector<std::uint8_t>& datagram, std::uint32_t timeoutMs) override;
 
+    /// True as soon as a datagram waits, an empty one included; false when none came within
+    /// `timeoutMs`, where 0 only looks, and at once on a closed socket.
+    bool waitForDatagram(std::uint32_t timeoutMs) const;
+
 private:
     bool createAndBind();
+    bool setTimeout(std::uint32_t timeoutMs);
 
     std::uint16_t mPort;
     bool mOpen = false;
+    std::string mSystemReason;
+    std::optional<std::uint32_t> mTimeoutMs; // as it is set
+    std::array<std::uint8_t, kMaxDatagramSize> mBuffer;
     DatagramSocket mSocket;
 };
 

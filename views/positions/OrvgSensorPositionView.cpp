@@ -32,7 +32,12 @@ OrvgSensorPositionView::OrvgSensorPositionView(QWidget* parent)
     connectSignals();
 }
 
-OrvgSensorPositionView::~OrvgSensorPositionView() = default;
+OrvgSensorPositionView::~OrvgSensorPositionView()
+{
+    // An open editor is taken into the model when it is hidden, which is after this object's own
+    // part.
+    mModel->disconnect(this);
+}
 
 void OrvgSensorPositionView::setUpTable()
 {
@@ -49,6 +54,10 @@ void OrvgSensorPositionView::connectSignals()
             [this] { onReadSensorPositionTbClicked(); });
     connect(mUi->writeSensorPositionTb, &QToolButton::clicked, this,
             [this] { onWriteSensorPositionTbClicked(); });
+    connect(mModel, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
+                emit positionsChanged(topLeft.column(), bottomRight.column());
+            });
 }
 
 void OrvgSensorPositionView::setCtrlClient(orv::OrvCtrlClient* client)
@@ -68,9 +77,7 @@ void OrvgSensorPositionView::setPosition(std::uint8_t sensorId,
         mUi->tableView->clearSelection();
         return;
     }
-    orv::SensorMountPositions positions = mModel->positions();
-    positions[sensorId] = orv::movedTo(positions[sensorId], position);
-    mModel->setPositions(positions);
+    mModel->moveSensor(sensorId, position);
     mUi->tableView->selectColumn(sensorId);
 }
 

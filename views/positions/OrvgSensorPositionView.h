@@ -42,6 +42,10 @@ public:
     /// 12 or more clears the selection instead.
     void setPosition(std::uint8_t sensorId, const orv::OrvSensorPosition& position);
 
+signals:
+    /// Something of the sensors of this range, 0..11, changed: read, imported, typed or moved.
+    void positionsChanged(int firstSensor, int lastSensor);
+
 public slots:
     /// False without a client, when the user declines and when the exchange failed.
     bool onReadSensorPositionTbClicked(bool silent = false);

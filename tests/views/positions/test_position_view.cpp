@@ -56,6 +56,18 @@ private slots:
         QCOMPARE(picture.toImage(), expected.pixmap(420, 230).toImage());
     }
 
+    void originInThePictureIsTheRearAxle()
+    {
+        const QImage picture(":/icons/icons/xyheightypr.png");
+        const QRgb axis = qRgb(0x54, 0x61, 0x70);
+        const QRgb tyre = qRgb(0x6b, 0x7a, 0x8c);
+        QCOMPARE(picture.pixel(51, 101), tyre); // rear wheel, around 59
+        QCOMPARE(picture.pixel(67, 101), tyre);
+        QCOMPARE(picture.pixel(58, 70), axis);   // y, up from the axle
+        QCOMPARE(picture.pixel(180, 129), axis); // x, forward
+        QVERIFY(picture.pixel(81, 70) != axis);
+    }
+
     void tabKeyLeavesTheTable()
     {
         mFixture->view.show();
@@ -253,6 +265,23 @@ private slots:
         positions[11].y = 56;
         positions[11].yaw = 32768;
         QCOMPARE(mFixture->view.positions(), positions);
+    }
+
+    void everyChangeIsAnnouncedWithItsSensors()
+    {
+        QSignalSpy changes(&mFixture->view, &OrvgSensorPositionView::positionsChanged);
+        mFixture->model().setPositions(PositionViewFixture::aCar());
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes.takeFirst(), (QVariantList{0, 11}));
+        QDoubleSpinBox* editor = mFixture->openEditor(0, 2);
+        QTest::keyClicks(editor, "77");
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_COMPARE(changes.size(), 1);
+        QCOMPARE(changes.takeFirst(), (QVariantList{2, 2}));
+        mFixture->view.setPosition(4, {.x = 1});
+        QVERIFY(!changes.isEmpty());
+        for (const QVariantList& change : changes)
+            QCOMPARE(change, (QVariantList{4, 4}));
     }
 
     void movedSensorIsSelected()
