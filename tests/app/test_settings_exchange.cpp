@@ -1,5 +1,6 @@
 #include "app/OrvgOpenXmlSettingsDialog.h"
 #include "app/SettingsExchange.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/modal_dialogs.h"
 
@@ -11,32 +12,6 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 #include <QtTest>
-
-#include <csignal>
-#include <sys/resource.h>
-
-namespace {
-
-/// Makes the disk full for as long as it lives: no file can grow beyond a size.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &mFormer);
-        const rlimit limit{bytes, mFormer.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &mFormer); }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit mFormer{};
-};
-
-} // namespace
 
 /// The two commands around a file with one section that holds one text.
 class TestSettingsExchange : public QObject
@@ -96,12 +71,12 @@ SettingsExchange TestSettingsExchange::exchange()
 
 void TestSettingsExchange::exportTo(const QString& fileName)
 {
-    whenOpened<QFileDialog>(this, [fileName](QFileDialog& dialog) {
+    QObject command;
+    whenOpened<QFileDialog>(&command, [&](QFileDialog& dialog) {
         dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(fileName);
         dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
-        // Still open when the user keeps the existing file.
-        if (dialog.isVisible())
-            dialog.reject();
+        // Opens again when the user keeps the existing file.
+        whenOpened<QFileDialog>(&command, [](QFileDialog& again) { again.reject(); });
     });
     exchange().exportSettings();
 }
@@ -165,7 +140,9 @@ void TestSettingsExchange::exportedFileIsWrittenSilently()
 void TestSettingsExchange::missingExtensionIsAppended()
 {
     exportTo(path(QStringLiteral("a")));
-    QCOMPARE(QDir(mFolder->path()).entryList(QDir::Files), QStringList{"a.orv"});
+    exportTo(path(QStringLiteral("bumper v1.2")));
+    QCOMPARE(QDir(mFolder->path()).entryList(QDir::Files, QDir::Name),
+             QStringList({"a.orv", "bumper v1.2.orv"}));
 }
 
 void TestSettingsExchange::existingFileIsAskedAbout_data()
@@ -177,21 +154,24 @@ void TestSettingsExchange::existingFileIsAskedAbout_data()
     QTest::newRow("with extension, kept") << "a.orv" << false;
     QTest::newRow("without extension, replaced") << "a" << true;
     QTest::newRow("without extension, kept") << "a" << false;
+    QTest::newRow("with another dot, replaced") << "a v1.2" << true;
+    QTest::newRow("with another dot, kept") << "a v1.2" << false;
 }
 
 void TestSettingsExchange::existingFileIsAskedAbout()
 {
     QFETCH(QString, typed);
     QFETCH(bool, isReplaced);
+    const QString full = path(typed.contains(QStringLiteral(".orv")) ? typed : typed + ".orv");
     const auto answer = isReplaced ? QMessageBox::Yes : QMessageBox::No;
-    exportTo(path(QStringLiteral("a.orv")));
-    const QByteArray former = contentOf(path(QStringLiteral("a.orv")));
+    exportTo(full);
+    const QByteArray former = contentOf(full);
     mText = QStringLiteral("other text");
     const MessageBoxWatcher watcher(answer);
     exportTo(path(typed));
     QCOMPARE(watcher.boxes().size(), 1);
     QVERIFY(watcher.boxes().first().buttons.testFlag(answer));
-    QCOMPARE(contentOf(path(QStringLiteral("a.orv"))) != former, isReplaced);
+    QCOMPARE(contentOf(full) != former, isReplaced);
 }
 
 void TestSettingsExchange::fileThatCannotBeOpenedIsTold()

@@ -2,6 +2,7 @@
 
 #include "orv_decoder/OrvSensorPosition.h"
 #include "orv_decoder/SensorMountPosition.h"
+#include "views/common/EcuExchange.h"
 
 #include <QWidget>
 
@@ -59,10 +60,9 @@ public slots:
 private:
     void setUpTable();
     void connectSignals();
-    bool readPositions(orv::SensorMountPositions& positions);
-    bool writePositions();
+    OrvgSensorPositionItemModel& editedModel();
 
     std::unique_ptr<Ui::OrvgSensorPositionView> mUi;
     OrvgSensorPositionItemModel* mModel;
-    orv::OrvCtrlClient* mClient = nullptr; // borrowed from the window
+    EcuExchange mEcu{this};
 };
