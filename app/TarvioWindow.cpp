@@ -19,7 +19,10 @@
 #include <QEvent>
 #include <QIcon>
 #include <QMdiSubWindow>
+#include <QScreen>
 #include <QSettings>
+#include <QStyle>
+#include <QTabBar>
 
 namespace {
 
@@ -91,6 +94,7 @@ void TarvioWindow::createMdiViews()
     connect(mFreespacesView, &OrvgFreespacesView::editModeActivated, this,
             &TarvioWindow::onActivateSensorView);
     addSubWindow(mFreespacesView);
+    makeRoomForTabs();
     // The live echoes come first, but being shown brings the last sub-window to the front.
     QMetaObject::invokeMethod(
         mUi->mMdiArea, [this, liveWindow] { mUi->mMdiArea->setActiveSubWindow(liveWindow); },
@@ -103,6 +107,14 @@ QMdiSubWindow* TarvioWindow::addSubWindow(QWidget* view)
     mUi->mMdiArea->addSubWindow(window);
     window->showFixed();
     return window;
+}
+
+// The area asks for the height of its views, but shows their tabs besides.
+void TarvioWindow::makeRoomForTabs()
+{
+    const auto* tabs = mUi->mMdiArea->findChild<QTabBar*>();
+    mUi->mMdiArea->setMinimumHeight(mUi->mMdiArea->minimumSizeHint().height() +
+                                    tabs->sizeHint().height());
 }
 
 void TarvioWindow::styleDockTitles()
@@ -136,6 +148,13 @@ void TarvioWindow::arrangeDocks()
     mUi->thresholdDock->raise();
     // By their size hints the docks would leave the live echoes a single timeline.
     resizeDocks({mUi->thresholdDock}, {kFirstDockHeight}, Qt::Vertical);
+    fitOnScreen();
+}
+
+void TarvioWindow::fitOnScreen()
+{
+    const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+    resize(size().boundedTo(screen()->availableSize() - QSize(0, titleBar)));
 }
 
 void TarvioWindow::handOutControlClient()

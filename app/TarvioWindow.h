@@ -61,9 +61,11 @@ private:
     void initViews();
     void createMdiViews();
     QMdiSubWindow* addSubWindow(QWidget* view);
+    void makeRoomForTabs();
     void styleDockTitles();
     void restoreWindowState();
     void arrangeDocks();
+    void fitOnScreen();
     void handOutControlClient();
     void fillViewMenu();
     void keepToolBar();

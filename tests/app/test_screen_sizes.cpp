@@ -3,6 +3,7 @@
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/TemporaryProfile.h"
 #include "tests/support/modal_dialogs.h"
+#include "views/live/OrvgLiveView.h"
 #include "views/live/OrvgSignalWidget.h"
 #include "views/plot/OrvgPlotWidget.h"
 
@@ -13,6 +14,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QtTest>
 
@@ -25,6 +27,8 @@ private slots:
     void init();
     void cleanup() { mWindow.reset(); }
 
+    void firstStartIsAsLargeAsTheScreenAllows();
+    void firstStartLeavesRoomForSeveralTimelines();
     void wholeWindowFitsOnTheScreen();
     void everyButtonIsSeenWhole_data();
     void everyButtonIsSeenWhole();
@@ -46,6 +50,22 @@ void TestScreenSizes::init()
     mWindow = std::make_unique<TarvioWindow>();
     mWindow->show();
     QVERIFY(QTest::qWaitForWindowExposed(mWindow.get()));
+}
+
+void TestScreenSizes::firstStartIsAsLargeAsTheScreenAllows()
+{
+    QCOMPARE(mWindow->width(), std::min(1074, screen().width()));
+    if (screen().height() > 740)
+        QCOMPARE(mWindow->height(), 707);
+}
+
+void TestScreenSizes::firstStartLeavesRoomForSeveralTimelines()
+{
+    if (screen().height() < 740)
+        return;
+    const auto* area = mWindow->findChild<OrvgLiveView*>()->findChild<QScrollArea*>("scrollArea");
+    QTRY_VERIFY2(area->viewport()->height() >= 4 * 52,
+                 qPrintable(QString::number(area->viewport()->height())));
 }
 
 void TestScreenSizes::wholeWindowFitsOnTheScreen()
