@@ -1,6 +1,8 @@
 #include "views/plot/OrvgPlotWidget.h"
 
-#include <QFile>
+#include "ecu/store/safe_file.h"
+
+#include <QBuffer>
 #include <QMessageBox>
 #include <QPainter>
 #include <QtMath>
@@ -71,11 +73,10 @@ void OrvgPlotWidget::setMarkedColumn(int column)
 
 void OrvgPlotWidget::save(const QString& fileName)
 {
-    QFile file(fileName);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Text) && writeCsv(mSamples, file) &&
-        file.flush())
-        return;
-    QMessageBox::warning(this, tr("File error"), tr("Can't write to file."));
+    QBuffer csv;
+    csv.open(QIODevice::WriteOnly);
+    if (!writeCsv(mSamples, csv) || !writeWholeFile(fileName, csv.data()).isWritten())
+        QMessageBox::warning(this, tr("File error"), tr("Can't write to file."));
 }
 
 void OrvgPlotWidget::resetData()

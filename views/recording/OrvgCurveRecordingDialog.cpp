@@ -4,9 +4,9 @@
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgCurveRecordingDialog.h"
 #include "views/common/messages.h"
+#include "views/common/save_dialog.h"
 #include "views/common/threshold_style.h"
 
-#include <QFileDialog>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QMessageBox>
@@ -183,7 +183,7 @@ void OrvgCurveRecordingDialog::onStopClicked()
 void OrvgCurveRecordingDialog::onSaveClicked()
 {
     const QString fileName =
-        QFileDialog::getSaveFileName(this, tr("Select file"), QString(), tr("CSV files(*.csv)"));
+        askSaveFileName(this, tr("Select file"), tr("CSV files(*.csv)"), QStringLiteral(".csv"));
     if (!fileName.isEmpty())
         mUi->mPlot->save(fileName);
 }

@@ -4,9 +4,8 @@
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgThresholdView.h"
 #include "views/common/item_tables.h"
-#include "views/common/messages.h"
 #include "views/common/threshold_style.h"
-#include "views/thresholds/CalibrationDialog.h"
+#include "views/thresholds/CalibrationSession.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdItemDelegate.h"
 #include "views/thresholds/ThresholdTransfer.h"
@@ -27,7 +26,7 @@ OrvgThresholdView::OrvgThresholdView(QWidget* parent, CalibrationClock* calibrat
     , mUi(std::make_unique<Ui::OrvgThresholdView>())
     , mModel(new OrvgThreshItemModel(this))
     , mTransfer(new ThresholdTransfer(mModel, this))
-    , mCalibration(new CalibrationRun(calibrationClock, this))
+    , mCalibration(new CalibrationSession(calibrationClock, this))
 {
     mUi->setupUi(this);
     mUi->mPlot->setThresholdColor(kThresholdColor);
@@ -37,10 +36,7 @@ OrvgThresholdView::OrvgThresholdView(QWidget* parent, CalibrationClock* calibrat
     connectSignals();
 }
 
-OrvgThresholdView::~OrvgThresholdView()
-{
-    delete mCalibrationDialog;
-}
+OrvgThresholdView::~OrvgThresholdView() = default;
 
 void OrvgThresholdView::setUpTable()
 {
@@ -68,7 +64,8 @@ void OrvgThresholdView::connectSignals()
             &OrvgThresholdView::onScaleChanged);
     connect(mUi->mCalibrateTb, &QToolButton::clicked, this,
             &OrvgThresholdView::onAutoCalibrationStart);
-    connect(mCalibration, &CalibrationRun::ended, this, &OrvgThresholdView::endCalibration);
+    connect(mCalibration, &CalibrationSession::ended, this, &OrvgThresholdView::selectSensor);
+    connect(mCalibration, &CalibrationSession::succeeded, this, &OrvgThresholdView::takeCalibrated);
     connect(mUi->mReadTb, &QToolButton::clicked, this, [this] { onReadThresholds(); });
     connect(mUi->mReadAllTb, &QToolButton::clicked, this, [this] { onReceiveAll(); });
     connect(mUi->mWriteTb, &QToolButton::clicked, this, [this] { onWriteThresholds(); });
@@ -108,15 +105,8 @@ void OrvgThresholdView::onReadThresholds(bool silent)
 
 void OrvgThresholdView::onAutoCalibrationStart()
 {
-    if (mCalibration->isRunning())
-        return;
-    const auto start = [this](orv::OrvCtrlClient& client) {
-        return mCalibration->start(client, currentSensor());
-    };
-    if (!mEcu.run(false, start))
-        return;
-    mUi->mPlot->resetData();
-    showCalibration();
+    if (mCalibration->start(mEcu, currentSensor()))
+        mUi->mPlot->resetData();
 }
 
 void OrvgThresholdView::onSelectionChanged(const QModelIndex& current, const QModelIndex&)
@@ -238,43 +228,9 @@ OrvgThreshItemModel& OrvgThresholdView::editedModel()
     return *mModel;
 }
 
-void OrvgThresholdView::showCalibration()
-{
-    mCalibrationDialog = new CalibrationDialog(parentWidget());
-    connect(mCalibration, &CalibrationRun::stepped, mCalibrationDialog,
-            &CalibrationDialog::showStep);
-    mCalibrationDialog->show();
-}
-
-void OrvgThresholdView::endCalibration(CalibrationRun::Ending ending)
-{
-    using Ending = CalibrationRun::Ending;
-    delete mCalibrationDialog;
-    selectSensor(mCalibration->sensorId());
-    switch (ending) {
-    case Ending::Finished:
-        takeCalibratedThresholds();
-        break;
-    case Ending::AbortedByEcu:
-        showCalibrationError(tr("Calibration was aborted!\nPlease check sensor connection."));
-        break;
-    case Ending::ExchangeFailed:
-        showCommunicationError(this, mEcu.client()->lastError());
-        break;
-    case Ending::TimedOut:
-        showCalibrationError(tr("Calibration time out."));
-        break;
-    }
-}
-
-void OrvgThresholdView::takeCalibratedThresholds()
+void OrvgThresholdView::takeCalibrated(std::uint8_t sensorId)
 {
     onReadThresholds(true);
-    if (mCalibration->sensorId() != orv::kNoSensor)
-        showCurve(mCalibration->sensorId());
-}
-
-void OrvgThresholdView::showCalibrationError(const QString& text)
-{
-    QMessageBox::warning(this, tr("Calibration error"), text);
+    if (sensorId != orv::kNoSensor)
+        showCurve(sensorId);
 }

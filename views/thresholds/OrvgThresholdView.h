@@ -1,11 +1,9 @@
 #pragma once
 
-#include "ecu/calibration/CalibrationRun.h"
 #include "orv_decoder/metatypes.h"
 #include "views/common/EcuExchange.h"
 
 #include <QByteArray>
-#include <QPointer>
 #include <QWidget>
 
 #include <cstdint>
@@ -13,7 +11,7 @@
 #include <string>
 
 class CalibrationClock;
-class CalibrationDialog;
+class CalibrationSession;
 class OrvgThreshItemModel;
 class QModelIndex;
 class QXmlStreamReader;
@@ -79,16 +77,12 @@ private:
     void selectSensor(std::uint8_t sensorId);
     OrvgThreshItemModel& editedModel();
 
-    void showCalibration();
-    void endCalibration(CalibrationRun::Ending ending);
-    void takeCalibratedThresholds();
-    void showCalibrationError(const QString& text);
+    void takeCalibrated(std::uint8_t sensorId);
 
     std::unique_ptr<Ui::OrvgThresholdView> mUi;
     OrvgThreshItemModel* mModel;
     ThresholdTransfer* mTransfer;
     EcuExchange mEcu{this};
-    CalibrationRun* mCalibration;
-    QPointer<CalibrationDialog> mCalibrationDialog; // a child of the view's parent
+    CalibrationSession* mCalibration;
     int mLastSelectedRow = -1;
 };

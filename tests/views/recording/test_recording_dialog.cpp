@@ -1,3 +1,5 @@
+#include "tests/support/FullDisk.h"
+#include "tests/support/modal_dialogs.h"
 #include "tests/support/screenshots.h"
 #include "tests/views/recording/RecordingFixture.h"
 
@@ -73,18 +75,28 @@ int stickHeight(OrvgPlotWidget& plot, int timeOfFlightUs)
     return highest;
 }
 
-// Answers the next file dialog with a file name; an empty one cancels it.
-void answerFileDialog(const QString& fileName, QStringList* seen = nullptr)
+void writeFile(const QString& fileName, const QByteArray& content)
 {
-    QTimer::singleShot(0, qApp, [=] {
-        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+
+QByteArray contentOf(const QString& fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+}
+
+// Answers the next file dialog with a file name; an empty one cancels it.
+void answerFileDialog(QObject* context, const QString& fileName, QStringList* seen = nullptr)
+{
+    whenOpened<QFileDialog>(context, [=](QFileDialog& dialog) {
         if (seen)
-            *seen << dialog->windowTitle() << dialog->nameFilters();
+            *seen << dialog.windowTitle() << dialog.nameFilters();
         if (!fileName.isEmpty())
-            dialog->selectFile(fileName);
-        QMetaObject::invokeMethod(dialog, fileName.isEmpty() ? "reject" : "accept");
+            dialog.selectFile(fileName);
+        QMetaObject::invokeMethod(&dialog, fileName.isEmpty() ? "reject" : "accept");
     });
 }
 
@@ -150,6 +162,11 @@ private slots:
     void slotsStandInTheirOrder();
 
     void savesTheSamplesToTheChosenFile();
+    void csvIsAddedWhereItIsMissing_data();
+    void csvIsAddedWhereItIsMissing();
+    void existingFileIsReplacedAfterAQuestionOnly_data();
+    void existingFileIsReplacedAfterAQuestionOnly();
+    void fullDiskLeavesTheFormerFileWhole();
     void cancelledSaveWritesNothing();
     void unwritableFileIsReported();
     void maximumAndMeanAreSwitchedInThePlot();
@@ -853,7 +870,7 @@ void RecordingDialogTest::savesTheSamplesToTheChosenFile()
     fixture.inject(1);
     const QTemporaryDir folder;
     QStringList seen;
-    answerFileDialog(folder.filePath("curve.csv"), &seen);
+    answerFileDialog(&fixture.dialog, folder.filePath("curve.csv"), &seen);
     fixture.save()->click();
     QCOMPARE(seen, QStringList({"Select file", "CSV files(*.csv)"}));
     QFile file(folder.filePath("curve.csv"));
@@ -861,11 +878,84 @@ void RecordingDialogTest::savesTheSamplesToTheChosenFile()
     QCOMPARE(file.readAll(), QByteArray("1200,7,7\n"));
 }
 
+void RecordingDialogTest::csvIsAddedWhereItIsMissing_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("written");
+    QTest::newRow("no extension") << "curve"
+                                  << "curve.csv";
+    QTest::newRow("something like one") << "bumper v1.2"
+                                        << "bumper v1.2.csv";
+    QTest::newRow("another one") << "curve.txt"
+                                 << "curve.txt.csv";
+    QTest::newRow("in capitals") << "CURVE.CSV"
+                                 << "CURVE.CSV";
+}
+
+void RecordingDialogTest::csvIsAddedWhereItIsMissing()
+{
+    QFETCH(QString, typed);
+    RecordingFixture fixture;
+    const QTemporaryDir folder;
+    answerFileDialog(&fixture.dialog, folder.filePath(typed));
+    fixture.save()->click();
+    QFETCH(QString, written);
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList(written));
+}
+
+void RecordingDialogTest::existingFileIsReplacedAfterAQuestionOnly_data()
+{
+    QTest::addColumn<bool>("replace");
+    QTest::newRow("yes") << true;
+    QTest::newRow("no") << false;
+}
+
+void RecordingDialogTest::existingFileIsReplacedAfterAQuestionOnly()
+{
+    QFETCH(bool, replace);
+    RecordingFixture fixture;
+    fixture.watcher.setAnswer(replace ? QMessageBox::Yes : QMessageBox::No);
+    const QTemporaryDir folder;
+    writeFile(folder.filePath("curve.csv"), "former");
+    whenOpened<QFileDialog>(&fixture.dialog, [&](QFileDialog& dialog) {
+        dialog.selectFile(folder.filePath("curve"));
+        QMetaObject::invokeMethod(&dialog, "accept");
+        if (!replace) // it opens again
+            answerFileDialog(&fixture.dialog, QString());
+    });
+    fixture.save()->click();
+    QCOMPARE(fixture.watcher.boxes().size(), 1);
+    QCOMPARE(contentOf(folder.filePath("curve.csv")), QByteArray(replace ? "" : "former"));
+}
+
+void RecordingDialogTest::fullDiskLeavesTheFormerFileWhole()
+{
+    RecordingFixture fixture;
+    fixture.watcher.setAnswer(QMessageBox::Yes);
+    fixture.record()->click();
+    fixture.inject(1);
+    fixture.inject(2, aMeasurement().withEcho(0, 1200, 7));
+    fixture.stop()->click();
+    fixture.inject(1);
+    const QTemporaryDir folder;
+    writeFile(folder.filePath("curve.csv"), "former");
+    answerFileDialog(&fixture.dialog, folder.filePath("curve.csv"));
+    {
+        const FullDisk disk(4);
+        fixture.save()->click();
+    }
+    QCOMPARE(fixture.watcher.boxes().size(), 2);
+    QCOMPARE(fixture.watcher.boxes().last().title, QString("File error"));
+    QCOMPARE(fixture.watcher.boxes().last().text, QString("Can't write to file."));
+    QCOMPARE(contentOf(folder.filePath("curve.csv")), QByteArray("former"));
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList("curve.csv"));
+}
+
 void RecordingDialogTest::cancelledSaveWritesNothing()
 {
     RecordingFixture fixture;
     QStringList seen;
-    answerFileDialog(QString(), &seen);
+    answerFileDialog(&fixture.dialog, QString(), &seen);
     fixture.save()->click();
     QCOMPARE(seen.value(0), QString("Select file"));
     QVERIFY(fixture.watcher.boxes().isEmpty());
@@ -877,7 +967,7 @@ void RecordingDialogTest::unwritableFileIsReported()
     const QTemporaryDir folder;
     // A folder that goes away between the choice and the writing.
     QDir(folder.path()).mkdir("gone");
-    answerFileDialog(folder.filePath("gone/curve.csv"));
+    answerFileDialog(&fixture.dialog, folder.filePath("gone/curve.csv"));
     QTimer::singleShot(0, &fixture.dialog, [&] { QDir(folder.path()).rmdir("gone"); });
     fixture.save()->click();
     QCOMPARE(fixture.watcher.boxes().size(), 1);

@@ -1,0 +1,73 @@
+#include "views/thresholds/CalibrationSession.h"
+
+#include "orv_decoder/OrvCtrlClient.h"
+#include "views/common/EcuExchange.h"
+#include "views/common/messages.h"
+#include "views/thresholds/CalibrationDialog.h"
+
+#include <QMessageBox>
+
+CalibrationSession::CalibrationSession(CalibrationClock* clock, QWidget* view)
+    : QObject(view), mView(view), mRun(new CalibrationRun(clock, this))
+{
+    connect(mRun, &CalibrationRun::ended, this, &CalibrationSession::end);
+}
+
+CalibrationSession::~CalibrationSession()
+{
+    delete mDialog;
+}
+
+bool CalibrationSession::start(const EcuExchange& ecu, std::uint8_t sensorId)
+{
+    if (mRun->isRunning())
+        return false;
+    const auto start = [this, sensorId](orv::OrvCtrlClient& client) {
+        return mRun->start(client, sensorId);
+    };
+    if (!ecu.run(false, start))
+        return false;
+    mEcu = &ecu;
+    showDialog();
+    return true;
+}
+
+void CalibrationSession::showDialog()
+{
+    mDialog = new CalibrationDialog(mView->parentWidget());
+    connect(mRun, &CalibrationRun::stepped, mDialog, &CalibrationDialog::showStep);
+    mDialog->show();
+}
+
+void CalibrationSession::end(CalibrationRun::Ending ending)
+{
+    delete mDialog;
+    emit ended(mRun->sensorId());
+    if (ending == CalibrationRun::Ending::Finished)
+        emit succeeded(mRun->sensorId());
+    else
+        tell(ending);
+}
+
+void CalibrationSession::tell(CalibrationRun::Ending ending)
+{
+    using Ending = CalibrationRun::Ending;
+    switch (ending) {
+    case Ending::AbortedByEcu:
+        showCalibrationError(tr("Calibration was aborted!\nPlease check sensor connection."));
+        break;
+    case Ending::ExchangeFailed:
+        showCommunicationError(mView, mEcu->client()->lastError());
+        break;
+    case Ending::TimedOut:
+        showCalibrationError(tr("Calibration time out."));
+        break;
+    case Ending::Finished:
+        break;
+    }
+}
+
+void CalibrationSession::showCalibrationError(const QString& text)
+{
+    QMessageBox::warning(mView, tr("Calibration error"), text);
+}
