@@ -28,6 +28,12 @@ OrvgPlotWidget::OrvgPlotWidget(QWidget* parent) : QWidget(parent)
     resize(400, 300);
 }
 
+void OrvgPlotWidget::setSampleStore(SampleStore store)
+{
+    mSamples = EchoSamples(store);
+    invalidate();
+}
+
 void OrvgPlotWidget::addData(const std::vector<orv::OrvSensorEcho>& echoes)
 {
     mSamples.add(echoes);
