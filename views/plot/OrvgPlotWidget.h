@@ -57,6 +57,7 @@ protected:
 
 private:
     void rebuildBackground();
+    void paintGrid(QPainter& painter) const;
     void invalidate();
     void rebuildCurves();
     PlotGeometry geometryInPixels() const;
