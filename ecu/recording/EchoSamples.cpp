@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cmath>
 
 namespace {
@@ -41,31 +42,34 @@ float amplitudeOfDecibels(float decibels)
     return std::pow(10.0F, decibels / 20.0F);
 }
 
-void EchoSeries::add(std::uint16_t magnitude)
+void EchoSeries::add(std::uint16_t magnitude, SampleStore store)
 {
     const double amplitude = amplitudeOfMagnitude(magnitude);
-    mMagnitudes.push_back(magnitude);
     mMaximum = std::max(mMaximum, amplitude);
     mSum += amplitude;
+    ++mCount;
+    if (store == SampleStore::Everything)
+        mMagnitudes.push_back(magnitude);
 }
 
 double EchoSeries::amplitude(EchoValue value) const
 {
-    if (value == EchoValue::Maximum || mMagnitudes.empty())
+    if (value == EchoValue::Maximum || mCount == 0)
         return mMaximum;
-    return mSum / static_cast<double>(mMagnitudes.size());
+    return mSum / static_cast<double>(mCount);
 }
 
 void EchoSamples::add(const std::vector<orv::OrvSensorEcho>& echoes)
 {
     for (const orv::OrvSensorEcho& echo : echoes) {
         if (echo.timeOfFlight != 0)
-            mSeries[echo.timeOfFlight].add(echo.magnitude);
+            mSeries[echo.timeOfFlight].add(echo.magnitude, mStore);
     }
 }
 
 bool writeCsv(const EchoSamples& samples, QIODevice& device)
 {
+    assert(samples.store() == SampleStore::Everything);
     for (const auto& [timeOfFlight, series] : samples.series()) {
         const QByteArray line = csvLine(timeOfFlight, series.magnitudes());
         if (device.write(line) != line.size())

@@ -1,6 +1,7 @@
 #include "tests/support/AllocationCounter.h"
 
 #include <cstdlib>
+#include <malloc.h>
 #include <new>
 
 // Where the code of the program begins and ends; the linker defines them.
@@ -11,17 +12,30 @@ namespace {
 
 bool isCounting = false;
 std::size_t allocationCount = 0;
-std::size_t allocatedBytes = 0;
+std::ptrdiff_t bytesHeld = 0;
+
+bool isCounted(const void* caller)
+{
+    return isCounting && caller >= &__executable_start && caller < &etext;
+}
 
 void* allocate(std::size_t size, const void* caller)
 {
-    if (isCounting && caller >= &__executable_start && caller < &etext) {
+    void* memory = std::malloc(size == 0 ? 1 : size);
+    if (!memory)
+        throw std::bad_alloc();
+    if (isCounted(caller)) {
         ++allocationCount;
-        allocatedBytes += size;
+        bytesHeld += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
     }
-    if (void* memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
+    return memory;
+}
+
+void release(void* memory, const void* caller)
+{
+    if (isCounted(caller))
+        bytesHeld -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+    std::free(memory);
 }
 
 } // namespace
@@ -38,28 +52,28 @@ void* operator new[](std::size_t size)
 
 void operator delete(void* memory) noexcept
 {
-    std::free(memory);
+    release(memory, __builtin_return_address(0));
 }
 
 void operator delete[](void* memory) noexcept
 {
-    std::free(memory);
+    release(memory, __builtin_return_address(0));
 }
 
 void operator delete(void* memory, std::size_t) noexcept
 {
-    std::free(memory);
+    release(memory, __builtin_return_address(0));
 }
 
 void operator delete[](void* memory, std::size_t) noexcept
 {
-    std::free(memory);
+    release(memory, __builtin_return_address(0));
 }
 
 AllocationCounter::AllocationCounter()
 {
     allocationCount = 0;
-    allocatedBytes = 0;
+    bytesHeld = 0;
     isCounting = true;
 }
 
@@ -73,7 +87,7 @@ std::size_t AllocationCounter::count() const
     return allocationCount;
 }
 
-std::size_t AllocationCounter::bytes() const
+std::ptrdiff_t AllocationCounter::heldBytes() const
 {
-    return allocatedBytes;
+    return bytesHeld;
 }

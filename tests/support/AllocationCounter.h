@@ -6,7 +6,7 @@
 /// the counter lives. What the libraries allocate on their own account (Qt: an event, a region) is
 /// told apart by the address that operator new returns to and not counted.
 ///
-/// The source replaces operator new, so it is listed with each test that uses it. One at a time.
+/// One at a time. A library of its own: it replaces operator new in each program that links it.
 class AllocationCounter
 {
 public:
@@ -16,5 +16,7 @@ public:
     AllocationCounter& operator=(const AllocationCounter&) = delete;
 
     std::size_t count() const;
-    std::size_t bytes() const;
+
+    /// What was allocated and not freed again.
+    std::ptrdiff_t heldBytes() const;
 };

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QtMath>
 
+#include <cmath>
 #include <span>
 
 namespace {
@@ -15,6 +16,7 @@ constexpr QColor kBackground(50, 55, 50);
 constexpr int kMarkRadius = 5;
 constexpr int kVertexRadius = 2;
 constexpr int kSampleRadius = 1;
+constexpr int kDotPeriod = 3; // of a dotted pen, in widths of the pen
 
 void drawCircle(QPainter& painter, QPoint center, int radius)
 {
@@ -28,6 +30,12 @@ OrvgPlotWidget::OrvgPlotWidget(QWidget* parent) : QWidget(parent)
     setWindowTitle(tr("Form"));
     setAttribute(Qt::WA_OpaquePaintEvent);
     resize(400, 300);
+}
+
+void OrvgPlotWidget::setSampleStore(SampleStore store)
+{
+    mSamples = EchoSamples(store);
+    invalidate();
 }
 
 void OrvgPlotWidget::addData(const std::vector<orv::OrvSensorEcho>& echoes)
@@ -112,9 +120,22 @@ void OrvgPlotWidget::rebuildBackground()
     mBackground.setDevicePixelRatio(ratio);
     mBackground.fill(kBackground);
     QPainter painter(&mBackground);
-    painter.setPen(QPen(Qt::gray, 1, Qt::DotLine));
-    const std::vector<QLine> lines = geometryInPixels().gridLines();
-    painter.drawLines(lines.data(), static_cast<int>(lines.size()));
+    paintGrid(painter);
+}
+
+void OrvgPlotWidget::paintGrid(QPainter& painter) const
+{
+    QPen pen(Qt::gray, 1, Qt::DotLine, Qt::FlatCap);
+    painter.setPen(pen);
+    for (const int x : geometryInPixels().gridColumns())
+        painter.drawLine(x, 0, x, height());
+    // Each line's dots stand beside those of its neighbours, or the dense ones would make bars that
+    // look like samples.
+    for (const int y : geometryInPixels().gridRows()) {
+        pen.setDashOffset(std::fmod(pen.dashOffset() + 1, kDotPeriod));
+        painter.setPen(pen);
+        painter.drawLine(0, y, width(), y);
+    }
 }
 
 // Results may come many times faster than the screen shows them.

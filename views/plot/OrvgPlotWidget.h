@@ -23,6 +23,10 @@ class OrvgPlotWidget : public QWidget
 public:
     explicit OrvgPlotWidget(QWidget* parent = nullptr);
 
+    /// What is kept of the samples from now on, without those that are there: everything at first.
+    /// A plot that is never saved needs the drawn values alone.
+    void setSampleStore(SampleStore store);
+
     /// Adds the echoes whose time of flight is not 0 to the samples.
     void addData(const std::vector<orv::OrvSensorEcho>& echoes);
 
@@ -39,7 +43,8 @@ public:
     /// Marks one vertex of the threshold curve; -1 marks none.
     void setMarkedColumn(int column);
 
-    /// Writes the samples as CSV; a file that cannot be written is told in a warning box.
+    /// Writes the samples, everything of which is kept, as CSV; a file that cannot be written is
+    /// told in a warning box.
     void save(const QString& fileName);
 
 public slots:
@@ -52,6 +57,7 @@ protected:
 
 private:
     void rebuildBackground();
+    void paintGrid(QPainter& painter) const;
     void invalidate();
     void rebuildCurves();
     PlotGeometry geometryInPixels() const;

@@ -28,16 +28,23 @@ int PlotGeometry::levelY(std::uint8_t levelIndex) const
     return y(amplitudeOfDecibels(orv::kThresholdLevelsDb.at(levelIndex)));
 }
 
-std::vector<QLine> PlotGeometry::gridLines() const
+std::vector<int> PlotGeometry::gridColumns() const
 {
-    std::vector<QLine> lines;
+    std::vector<int> columns;
     for (std::int32_t timeUs = kGridStepUs; timeUs < mTimeRangeUs; timeUs += kGridStepUs)
-        lines.emplace_back(x(timeUs), 0, x(timeUs), mSize.height());
+        columns.push_back(x(timeUs));
+    return columns;
+}
+
+std::vector<int> PlotGeometry::gridRows() const
+{
+    std::vector<int> rows;
     for (std::size_t level = 0; level < orv::kThresholdLevelsDb.size(); ++level) {
-        const int levelLine = levelY(static_cast<std::uint8_t>(level));
-        lines.emplace_back(0, levelLine, mSize.width(), levelLine);
+        const int row = levelY(static_cast<std::uint8_t>(level));
+        if (rows.empty() || rows.back() != row)
+            rows.push_back(row);
     }
-    return lines;
+    return rows;
 }
 
 PlotGeometry::Vertices PlotGeometry::thresholdVertices(const orv::ThresholdEntries& entries) const

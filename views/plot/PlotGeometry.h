@@ -4,7 +4,6 @@
 #include "orv_decoder/SensorThreshold.h"
 #include "orv_decoder/constants.h"
 
-#include <QLine>
 #include <QPoint>
 #include <QSize>
 
@@ -28,8 +27,12 @@ public:
     /// @param levelIndex 0..31
     int levelY(std::uint8_t levelIndex) const;
 
-    /// The vertical lines of the time grid, then one horizontal line for each threshold level.
-    std::vector<QLine> gridLines() const;
+    /// Where the upright lines of the time grid stand, from left to right.
+    std::vector<int> gridColumns() const;
+
+    /// Where the lines of the threshold levels lie, from the bottom up. Levels that share a row of
+    /// pixels share their line.
+    std::vector<int> gridRows() const;
 
     /// Where the twelve segments of a threshold curve end.
     Vertices thresholdVertices(const orv::ThresholdEntries& entries) const;

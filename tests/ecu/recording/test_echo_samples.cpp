@@ -1,4 +1,5 @@
 #include "ecu/recording/EchoSamples.h"
+#include "tests/support/AllocationCounter.h"
 
 #include <QBuffer>
 #include <QtTest>
@@ -12,12 +13,22 @@ orv::OrvSensorEcho echo(std::uint16_t timeOfFlight, std::uint8_t magnitude)
     return {.magnitude = magnitude, .timeOfFlight = timeOfFlight};
 }
 
-EchoSeries seriesOf(std::initializer_list<std::uint16_t> magnitudes)
+EchoSeries seriesOf(std::initializer_list<std::uint16_t> magnitudes,
+                    SampleStore store = SampleStore::Everything)
 {
     EchoSeries series;
     for (const std::uint16_t magnitude : magnitudes)
-        series.add(magnitude);
+        series.add(magnitude, store);
     return series;
+}
+
+// Results whose echoes come at a hundred times of flight.
+void addResults(EchoSamples& samples, int count)
+{
+    for (int number = 0; number < count; ++number) {
+        const auto time = static_cast<std::uint16_t>(1 + number % 100);
+        samples.add({echo(time, static_cast<std::uint8_t>(number % 16))});
+    }
 }
 
 QByteArray csvOf(const EchoSamples& samples)
@@ -65,6 +76,47 @@ private slots:
         QVERIFY2(qAbs(shown - 0.453483) < 0.000005, qPrintable(QString::number(shown)));
     }
 
+    void drawnValuesDoNotDependOnTheStore()
+    {
+        const EchoSeries everything = seriesOf({3, 15, 0, 7, 7});
+        const EchoSeries drawn = seriesOf({3, 15, 0, 7, 7}, SampleStore::DrawnValues);
+        QCOMPARE(drawn.amplitude(EchoValue::Maximum), everything.amplitude(EchoValue::Maximum));
+        QCOMPARE(drawn.amplitude(EchoValue::Mean), everything.amplitude(EchoValue::Mean));
+        QVERIFY(drawn.amplitude(EchoValue::Mean) < drawn.amplitude(EchoValue::Maximum));
+    }
+
+    void storeOfDrawnValuesDoesNotGrowWithItsSamples()
+    {
+        EchoSamples samples(SampleStore::DrawnValues);
+        addResults(samples, 100);
+        const Echoes more(1000, echo(50, 7));
+        const AllocationCounter counter;
+        for (int count = 0; count < 1000; ++count)
+            samples.add(more);
+        QCOMPARE(counter.count(), std::size_t{0});
+        QCOMPARE(samples.series().size(), 100U);
+    }
+
+    void storeOfEverythingKeepsEachSample()
+    {
+        EchoSamples samples;
+        const Echoes more(1000, echo(50, 7));
+        const AllocationCounter counter;
+        for (int count = 0; count < 1000; ++count)
+            samples.add(more);
+        QVERIFY(counter.heldBytes() >= 2'000'000);
+        QCOMPARE(samples.series().at(50).magnitudes().size(), 1'000'000U);
+    }
+
+    void clearedStoreKeepsItsKind()
+    {
+        EchoSamples samples(SampleStore::DrawnValues);
+        samples.add({echo(1200, 7)});
+        samples.clear();
+        samples.add({echo(1200, 7)});
+        QVERIFY(samples.series().at(1200).magnitudes().empty());
+    }
+
     void echoesAreCollectedByTimeOfFlight()
     {
         EchoSamples samples;
@@ -96,7 +148,7 @@ private slots:
         QCOMPARE(csvOf(samples), QByteArray("1200,255\n"));
     }
 
-    void csvOfNoSamplesIsEmpty() { QCOMPARE(csvOf({}), QByteArray()); }
+    void csvOfNoSamplesIsEmpty() { QCOMPARE(csvOf(EchoSamples()), QByteArray()); }
 
     void deviceThatTakesNothingIsAFailure()
     {

@@ -36,7 +36,7 @@ private slots:
         const AllocationCounter counter;
         const std::vector<char> memory(100);
         QCOMPARE(counter.count(), std::size_t{1});
-        QCOMPARE(counter.bytes(), std::size_t{100});
+        QVERIFY(counter.heldBytes() >= 100 && counter.heldBytes() < 200);
         QCOMPARE(memory.size(), std::size_t{100});
     }
 

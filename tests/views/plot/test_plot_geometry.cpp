@@ -71,22 +71,29 @@ private slots:
         QCOMPARE(geometry.levelY(31), 510);
     }
 
-    void gridHasFourTimesAndAllLevels()
+    void gridHasFourTimes()
     {
-        const auto lines = PlotGeometry({600, 1000}).gridLines();
-        QCOMPARE(lines.size(), 36U);
-        QCOMPARE(lines[0], QLine(123, 0, 123, 1000));
-        QCOMPARE(lines[1], QLine(246, 0, 246, 1000));
-        QCOMPARE(lines[2], QLine(370, 0, 370, 1000));
-        QCOMPARE(lines[3], QLine(493, 0, 493, 1000));
-        QCOMPARE(lines[4], QLine(0, 984, 600, 984));
-        QCOMPARE(lines[35], QLine(0, 510, 600, 510));
+        QCOMPARE(PlotGeometry({600, 1000}).gridColumns(), (std::vector<int>{123, 246, 370, 493}));
+    }
+
+    void gridHasAllLevels()
+    {
+        const auto rows = PlotGeometry({600, 1000}).gridRows();
+        QCOMPARE(rows.size(), 32U);
+        QCOMPARE(rows.front(), 984);
+        QCOMPARE(rows.back(), 510);
+    }
+
+    void levelsThatShareARowShareTheirLine()
+    {
+        const auto rows = PlotGeometry({600, 10}).gridRows();
+        QCOMPARE(rows, (std::vector<int>{10, 9, 8, 7, 6}));
     }
 
     void gridEndsBelowTheTimeRange()
     {
-        QCOMPARE(PlotGeometry({600, 1000}, 6172).gridLines().size(), 32U);
-        QCOMPARE(PlotGeometry({600, 1000}, 6173).gridLines().size(), 33U);
+        QVERIFY(PlotGeometry({600, 1000}, 6172).gridColumns().empty());
+        QCOMPARE(PlotGeometry({600, 1000}, 6173).gridColumns().size(), 1U);
     }
 
     void segmentEndsAccumulateBeforeTheyAreTruncated()
