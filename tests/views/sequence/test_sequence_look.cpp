@@ -6,6 +6,7 @@
 
 #include <QAbstractItemView>
 #include <QHeaderView>
+#include <QScrollBar>
 
 namespace {
 
@@ -122,6 +123,9 @@ private slots:
         mFixture->model().setData(mFixture->model().index(2, 0), 1);
         mFixture->model().setData(mFixture->model().index(4, 0), 2);
         mFixture->view.resize(1190, 320);
+        mFixture->view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&mFixture->view));
+        QTRY_VERIFY(!mFixture->table().horizontalScrollBar()->isVisible());
         const QComboBox* editor = mFixture->openEditor(3, 2);
         QVERIFY(editor);
         QCOMPARE(editor->currentText(), QString("Disabled"));
