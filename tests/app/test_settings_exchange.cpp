@@ -1,5 +1,6 @@
 #include "app/OrvgOpenXmlSettingsDialog.h"
 #include "app/SettingsExchange.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/modal_dialogs.h"
 
@@ -11,32 +12,6 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 #include <QtTest>
-
-#include <csignal>
-#include <sys/resource.h>
-
-namespace {
-
-/// Makes the disk full for as long as it lives: no file can grow beyond a size.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &mFormer);
-        const rlimit limit{bytes, mFormer.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &mFormer); }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit mFormer{};
-};
-
-} // namespace
 
 /// The two commands around a file with one section that holds one text.
 class TestSettingsExchange : public QObject
