@@ -1,27 +1,9 @@
 #include "app/SettingsExchange.h"
 
 #include "app/OrvgOpenXmlSettingsDialog.h"
+#include "views/common/save_dialog.h"
 
-#include <QFileDialog>
 #include <QMessageBox>
-#include <QSaveFile>
-
-namespace {
-
-// A full disk takes the first bytes without an error: only what it did not take tells.
-bool writeAll(QIODevice& device, const QByteArray& bytes)
-{
-    qint64 done = 0;
-    while (done < bytes.size()) {
-        const qint64 written = device.write(bytes.constData() + done, bytes.size() - done);
-        if (written <= 0)
-            return false;
-        done += written;
-    }
-    return true;
-}
-
-} // namespace
 
 SettingsExchange::SettingsExchange(SettingsFile file, QWidget* dialogParent)
     : mFile(std::move(file)), mDialogParent(dialogParent)
@@ -29,18 +11,13 @@ SettingsExchange::SettingsExchange(SettingsFile file, QWidget* dialogParent)
 
 void SettingsExchange::exportSettings() const
 {
-    const QString fileName = askFileName();
+    const QString fileName = askSaveFileName(mDialogParent, tr("Export settings file"),
+                                             tr("Orv settings(*.orv)"), QStringLiteral(".orv"));
     if (fileName.isEmpty())
         return;
-    // The former file stays until the new one is complete. A buffer would hide the errors: what is
-    // left in it is written while committing, which does not look at them.
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        QMessageBox::warning(mDialogParent, tr("Can't open file for writing"), file.errorString());
-        return;
-    }
-    if (!writeAll(file, mFile.document()) || !file.commit())
-        QMessageBox::warning(mDialogParent, tr("Can't write file"), file.errorString());
+    const FileWriteResult result = writeWholeFile(fileName, mFile.document());
+    if (!result.isWritten())
+        QMessageBox::warning(mDialogParent, titleOf(result.outcome), result.errorText);
 }
 
 void SettingsExchange::importSettings() const
@@ -53,15 +30,10 @@ void SettingsExchange::importSettings() const
     }));
 }
 
-// An object of its own instead of the static function: that one asks about an existing file
-// before it appends the extension.
-QString SettingsExchange::askFileName() const
+QString SettingsExchange::titleOf(FileWriteResult::Outcome outcome)
 {
-    QFileDialog dialog(mDialogParent, tr("Export settings file"), QString(),
-                       tr("Orv settings(*.orv)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("orv"));
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return outcome == FileWriteResult::Outcome::CannotOpen ? tr("Can't open file for writing")
+                                                           : tr("Can't write file");
 }
 
 void SettingsExchange::showReport(const ImportReport& report) const

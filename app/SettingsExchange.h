@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ecu/configuration/SettingsFile.h"
+#include "ecu/store/safe_file.h"
 
 #include <QCoreApplication>
 
@@ -20,7 +21,7 @@ public:
     void importSettings() const;
 
 private:
-    QString askFileName() const;
+    static QString titleOf(FileWriteResult::Outcome outcome);
     void showReport(const ImportReport& report) const;
 
     SettingsFile mFile;

@@ -71,12 +71,12 @@ SettingsExchange TestSettingsExchange::exchange()
 
 void TestSettingsExchange::exportTo(const QString& fileName)
 {
-    whenOpened<QFileDialog>(this, [fileName](QFileDialog& dialog) {
+    QObject command;
+    whenOpened<QFileDialog>(&command, [&](QFileDialog& dialog) {
         dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(fileName);
         dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
-        // Still open when the user keeps the existing file.
-        if (dialog.isVisible())
-            dialog.reject();
+        // Opens again when the user keeps the existing file.
+        whenOpened<QFileDialog>(&command, [](QFileDialog& again) { again.reject(); });
     });
     exchange().exportSettings();
 }
@@ -140,7 +140,9 @@ void TestSettingsExchange::exportedFileIsWrittenSilently()
 void TestSettingsExchange::missingExtensionIsAppended()
 {
     exportTo(path(QStringLiteral("a")));
-    QCOMPARE(QDir(mFolder->path()).entryList(QDir::Files), QStringList{"a.orv"});
+    exportTo(path(QStringLiteral("bumper v1.2")));
+    QCOMPARE(QDir(mFolder->path()).entryList(QDir::Files, QDir::Name),
+             QStringList({"a.orv", "bumper v1.2.orv"}));
 }
 
 void TestSettingsExchange::existingFileIsAskedAbout_data()
@@ -152,21 +154,24 @@ void TestSettingsExchange::existingFileIsAskedAbout_data()
     QTest::newRow("with extension, kept") << "a.orv" << false;
     QTest::newRow("without extension, replaced") << "a" << true;
     QTest::newRow("without extension, kept") << "a" << false;
+    QTest::newRow("with another dot, replaced") << "a v1.2" << true;
+    QTest::newRow("with another dot, kept") << "a v1.2" << false;
 }
 
 void TestSettingsExchange::existingFileIsAskedAbout()
 {
     QFETCH(QString, typed);
     QFETCH(bool, isReplaced);
+    const QString full = path(typed.contains(QStringLiteral(".orv")) ? typed : typed + ".orv");
     const auto answer = isReplaced ? QMessageBox::Yes : QMessageBox::No;
-    exportTo(path(QStringLiteral("a.orv")));
-    const QByteArray former = contentOf(path(QStringLiteral("a.orv")));
+    exportTo(full);
+    const QByteArray former = contentOf(full);
     mText = QStringLiteral("other text");
     const MessageBoxWatcher watcher(answer);
     exportTo(path(typed));
     QCOMPARE(watcher.boxes().size(), 1);
     QVERIFY(watcher.boxes().first().buttons.testFlag(answer));
-    QCOMPARE(contentOf(path(QStringLiteral("a.orv"))) != former, isReplaced);
+    QCOMPARE(contentOf(full) != former, isReplaced);
 }
 
 void TestSettingsExchange::fileThatCannotBeOpenedIsTold()
