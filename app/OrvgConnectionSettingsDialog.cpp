@@ -52,6 +52,7 @@ OrvgConnectionSettingsDialog::OrvgConnectionSettingsDialog(orv::OrvCtrlClient* c
             &OrvgConnectionSettingsDialog::onReadSettings);
     connect(mUi->transmitButton, &QPushButton::clicked, this,
             &OrvgConnectionSettingsDialog::onTransmitSettings);
+    mUi->ecuIpControl->startTyping();
 }
 
 OrvgConnectionSettingsDialog::~OrvgConnectionSettingsDialog() = default;

@@ -6,6 +6,7 @@
 #include "tests/support/LoopbackEcu.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/ScriptedControlSocket.h"
+#include "tests/support/key_batches.h"
 #include "tests/support/screenshots.h"
 
 #include <QDialogButtonBox>
@@ -39,6 +40,7 @@ private slots:
     void cleanup();
 
     void opensAtItsSizeWithTheStoredValues();
+    void typingStartsWithANewAddress();
     void hasTheTextsOfItsForm();
     void tabGoesFromFieldToField();
     void portsAcceptOneTo65535();
@@ -126,6 +128,15 @@ void TestConnectionDialog::opensAtItsSizeWithTheStoredValues()
     QCOMPARE(port("mFreespacesPort"), 50003);
     QVERIFY(child<QGroupBox>("mFreespacesGB")->isChecked());
     saveScreenshot(*mDialog, QStringLiteral("connection-settings"));
+}
+
+void TestConnectionDialog::typingStartsWithANewAddress()
+{
+    mStore->setValue(QStringLiteral("network/ecu_ip"), QStringLiteral("127.0.0.1"));
+    open();
+    typeAtOnce(mDialog->windowHandle(), QStringLiteral("192.168.1.5"));
+    QCOMPARE(address("ecuIpControl"), QStringLiteral("192.168.1.5"));
+    QCOMPARE(address("subnetControl"), QStringLiteral("255.255.255.0"));
 }
 
 void TestConnectionDialog::hasTheTextsOfItsForm()
