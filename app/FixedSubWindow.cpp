@@ -2,11 +2,22 @@
 
 #include <QCloseEvent>
 
+namespace {
+
+constexpr Qt::WindowFlags kFlags =
+    Qt::CustomizeWindowHint | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint;
+
+} // namespace
+
 FixedSubWindow::FixedSubWindow(QWidget* view)
 {
     setWidget(view);
-    setWindowFlags(Qt::CustomizeWindowHint | Qt::WindowMinimizeButtonHint |
-                   Qt::WindowMaximizeButtonHint);
+}
+
+void FixedSubWindow::showFixed()
+{
+    showMaximized();
+    setWindowFlags(kFlags);
 }
 
 void FixedSubWindow::closeEvent(QCloseEvent* event)

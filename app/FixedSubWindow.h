@@ -12,6 +12,9 @@ public:
     /// Takes over the view.
     explicit FixedSubWindow(QWidget* view);
 
+    /// Shows the window, which has to be in its MDI area, maximized.
+    void showFixed();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 };

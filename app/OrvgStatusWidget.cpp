@@ -5,38 +5,61 @@
 #include <QIcon>
 #include <QPainter>
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
-constexpr int kHeight = 22;
+constexpr int kMinimumHeight = 22;
+constexpr int kTextMargin = 2;
+
+// The largest one, in the middle.
+QRect squareIn(const QRect& area)
+{
+    const int side = std::min(area.width(), area.height());
+    QRect square(0, 0, side, side);
+    square.moveCenter(area.center());
+    return square;
+}
 
 } // namespace
 
 OrvgStatusWidget::OrvgStatusWidget(QWidget* parent) : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    setMinimumHeight(kHeight);
+    setMinimumHeight(suitableHeight());
     setAccessibleName(tr("ECU link"));
     updateToolTip();
 }
 
 void OrvgStatusWidget::setConnected(bool connected)
 {
-    mConnected = connected;
-    updateToolTip();
-    update();
+    if (std::exchange(mConnected, connected) != connected)
+        showChange();
 }
 
 void OrvgStatusWidget::setNoLiveData(bool noLiveData)
 {
-    mNoLiveData = noLiveData;
-    updateToolTip();
-    update();
+    if (std::exchange(mNoLiveData, noLiveData) != noLiveData)
+        showChange();
 }
 
 void OrvgStatusWidget::setFirmwareVersion(const orv::FirmwareVersion& version)
 {
-    mFirmwareVersion = QString::fromStdString(version.text());
-    updateGeometry();
+    const QString text = QString::fromStdString(version.text());
+    if (std::exchange(mFirmwareVersion, text) != text)
+        update();
+}
+
+void OrvgStatusWidget::setTroubles(const QStringList& troubles)
+{
+    if (std::exchange(mTroubles, troubles) != troubles)
+        updateToolTip();
+}
+
+void OrvgStatusWidget::showChange()
+{
+    updateToolTip();
     update();
 }
 
@@ -53,17 +76,24 @@ QSize OrvgStatusWidget::sizeHint() const
 {
     // The widest version that three bytes can spell, so that the bar does not jump.
     const int textWidth = fontMetrics().horizontalAdvance(QStringLiteral("255.255.255"));
-    return {textWidth + kHeight + 25, kHeight};
+    return {textWidth + suitableHeight() + 25, suitableHeight()};
+}
+
+int OrvgStatusWidget::suitableHeight() const
+{
+    return std::max(kMinimumHeight, fontMetrics().height() + kTextMargin);
+}
+
+QString OrvgStatusWidget::stateText() const
+{
+    if (!mConnected)
+        return tr("ECU disconnected.");
+    return mNoLiveData ? tr("ECU online, but not sending live data.") : tr("ECU connected.");
 }
 
 void OrvgStatusWidget::updateToolTip()
 {
-    if (!mConnected)
-        setToolTip(tr("ECU disconnected."));
-    else if (mNoLiveData)
-        setToolTip(tr("ECU online, but not sending live data."));
-    else
-        setToolTip(tr("ECU connected."));
+    setToolTip((QStringList(stateText()) + mTroubles).join(QLatin1Char('\n')));
     setAccessibleDescription(toolTip());
 }
 
@@ -72,7 +102,9 @@ void OrvgStatusWidget::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.fillRect(rect(), QBrush(Qt::transparent, Qt::SolidPattern));
     const QRect led(width() - height(), 1, height() - 1, height() - 2);
-    QIcon(ledImage()).paint(&painter, led);
+    const QPixmap image = QIcon(ledImage()).pixmap(led.size());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(squareIn(led), image);
     if (!mConnected)
         return;
     QRect field(5, 1, width() - height() - 15, height() - 2);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 namespace orv {
@@ -27,6 +28,9 @@ public:
     void setFirmwareVersion(const orv::FirmwareVersion& version);
     QString firmwareVersion() const { return mFirmwareVersion; }
 
+    /// What is wrong besides, a line of the tool tip each.
+    void setTroubles(const QStringList& troubles);
+
     /// The resource name of the LED that stands for the state.
     QString ledImage() const;
 
@@ -37,8 +41,12 @@ protected:
 
 private:
     void updateToolTip();
+    void showChange();
+    QString stateText() const;
+    int suitableHeight() const;
 
     bool mConnected = false;
     bool mNoLiveData = false;
     QString mFirmwareVersion;
+    QStringList mTroubles;
 };

@@ -7,23 +7,23 @@
 #include "app/OrvgConnectionSettingsDialog.h"
 #include "app/OrvgStatusWidget.h"
 #include "app/SettingsExchange.h"
+#include "app/StatusMessages.h"
 #include "ecu/configuration/NetworkSection.h"
 #include "ecu/link/EcuLink.h"
+#include "ecu/link/LinkSupervisor.h"
 #include "ecu/store/NetworkSettings.h"
 #include "ui_TarvioWindow.h"
 #include "views/freespace/OrvgFreespacesView.h"
 #include "views/live/OrvgLiveView.h"
 #include "views/recording/OrvgCurveRecordingDialog.h"
 
+#include <QEvent>
 #include <QIcon>
 #include <QMdiSubWindow>
 #include <QSettings>
 
 namespace {
 
-constexpr int kPollIntervalMs = 11;
-constexpr int kFirstProbeMs = 100;
-constexpr std::uint32_t kTakeTimeoutMs = 10;
 constexpr int kConnectionMessageMs = 5000;
 constexpr int kStateVersion = 0;
 constexpr int kFirstDockHeight = 300;
@@ -39,9 +39,11 @@ TarvioWindow::TarvioWindow(QWidget* parent)
     if (!settings::hasGroup(*mSettings, settings::kNetworkGroup))
         writeDefaultNetworkSettings();
     mLink = std::make_unique<EcuLink>(settings::readNetwork(*mSettings));
+    mSupervisor = std::make_unique<LinkSupervisor>(*mLink);
     createConfigurationCommands();
     initViews();
-    startSupervision();
+    connectSupervision();
+    mSupervisor->start();
 }
 
 TarvioWindow::~TarvioWindow() = default;
@@ -101,8 +103,8 @@ void TarvioWindow::createMdiViews()
 QMdiSubWindow* TarvioWindow::addSubWindow(QWidget* view)
 {
     auto* window = new FixedSubWindow(view);
-    mUi->mMdiArea->addSubWindow(window, window->windowFlags());
-    window->showMaximized();
+    mUi->mMdiArea->addSubWindow(window);
+    window->showFixed();
     return window;
 }
 
@@ -166,6 +168,7 @@ void TarvioWindow::keepToolBar()
 
 void TarvioWindow::createStatusWidget()
 {
+    mMessages = new StatusMessages(statusBar());
     mStatusWidget = new OrvgStatusWidget(statusBar());
     statusBar()->addPermanentWidget(mStatusWidget);
 }
@@ -193,12 +196,30 @@ void TarvioWindow::connectActions()
     connect(mUi->actionTransmitToECU, &QAction::triggered, this, &TarvioWindow::transmitToEcu);
 }
 
-void TarvioWindow::startSupervision()
+void TarvioWindow::connectSupervision()
 {
-    connect(&mPollTimer, &QTimer::timeout, this, &TarvioWindow::pollingSlot);
-    connect(&mStatusTimer, &QTimer::timeout, this, &TarvioWindow::onStatusTimeout);
-    mStatusTimer.start(mStatusInterval);
-    QTimer::singleShot(kFirstProbeMs, this, &TarvioWindow::onStatusTimeout);
+    const LinkSupervisor* supervisor = mSupervisor.get();
+    connect(supervisor, &LinkSupervisor::measurementReceived, this,
+            &TarvioWindow::measResultReceived);
+    connect(supervisor, &LinkSupervisor::freespaceReceived, this, &TarvioWindow::freespaceReceived);
+    connect(supervisor, &LinkSupervisor::stateChanged, this,
+            [this](const LinkSupervisor::State& state) {
+                mStatusWidget->setConnected(state.connected);
+                mStatusWidget->setNoLiveData(state.noLiveData);
+            });
+    connect(supervisor, &LinkSupervisor::found, this, &TarvioWindow::announceConnection);
+    connect(supervisor, &LinkSupervisor::firstContact, this, &TarvioWindow::syncFromEcu);
+    connect(supervisor, &LinkSupervisor::lost, this,
+            [this] { mMessages->tell(tr("Connection to ECU lost")); });
+    connect(supervisor, &LinkSupervisor::portsMissed, this, &TarvioWindow::showPortProblems);
+    connect(supervisor, &LinkSupervisor::portProblemsChanged, this,
+            &TarvioWindow::showPortProblems);
+}
+
+// The empty status tip of a menu entry would wipe out what the bar says.
+bool TarvioWindow::event(QEvent* event)
+{
+    return event->type() == QEvent::StatusTip || QMainWindow::event(event);
 }
 
 void TarvioWindow::closeEvent(QCloseEvent* event)
@@ -213,89 +234,41 @@ void TarvioWindow::closeEvent(QCloseEvent* event)
 
 void TarvioWindow::onCaptureTriggered(bool state)
 {
-    if (!state) {
-        mPollTimer.stop();
-        return;
-    }
-    mLink->discardMeasurementResults();
-    mPollTimer.start(kPollIntervalMs);
+    mSupervisor->setCapture(state);
 }
 
 void TarvioWindow::pollingSlot()
 {
-    const bool measurement = takeMeasurementResult();
-    const bool freespace = takeFreespacePackage();
-    if (!measurement && !freespace)
-        return;
-    mStatusWidget->setNoLiveData(false);
-    if (!mConnected)
-        mConnected = checkConnection();
-}
-
-bool TarvioWindow::takeMeasurementResult()
-{
-    orv::OrvMeasurementResult result;
-    if (!mLink->take(result, kTakeTimeoutMs))
-        return false;
-    noteLiveRecord();
-    emit measResultReceived(std::move(result));
-    return true;
-}
-
-bool TarvioWindow::takeFreespacePackage()
-{
-    orv::OrvFreespacePackage package;
-    if (!mLink->take(package, kTakeTimeoutMs))
-        return false;
-    noteLiveRecord();
-    emit freespaceReceived(std::move(package));
-    return true;
-}
-
-void TarvioWindow::noteLiveRecord()
-{
-    mStatusWidget->setConnected(true);
-    mStatusTimer.start();
+    mSupervisor->poll();
 }
 
 void TarvioWindow::onStatusTimeout()
 {
-    // While capture is on, the poll takes what arrives: here it has taken nothing for a while.
-    const bool received = !mPollTimer.isActive() && mLink->drain();
-    mStatusWidget->setNoLiveData(!received);
-    if (!received) {
-        const bool answered = checkConnection();
-        mStatusWidget->setConnected(answered);
-        mConnected = answered;
-        return;
-    }
-    mStatusWidget->setConnected(true);
-    if (!mConnected)
-        checkConnection();
-    mConnected = true;
+    mSupervisor->judge();
 }
 
 bool TarvioWindow::checkConnection()
 {
-    orv::FirmwareVersion version;
-    const bool answered = mLink->probe(version);
-    if (answered && !mConnected)
-        announceConnection(version);
-    if (!answered && mConnected)
-        statusBar()->showMessage(tr("Connection to ECU lost"));
-    return answered;
+    return mSupervisor->checkConnection();
 }
 
 void TarvioWindow::announceConnection(const orv::FirmwareVersion& version)
 {
     mStatusWidget->setFirmwareVersion(version);
-    statusBar()->showMessage(
+    mMessages->tell(
         tr("ECU (re)connected. Firmware version: %1").arg(mStatusWidget->firmwareVersion()),
         kConnectionMessageMs);
-    if (mInitialSyncDone)
-        return;
-    mInitialSyncDone = true;
-    syncFromEcu();
+}
+
+void TarvioWindow::showPortProblems()
+{
+    QStringList texts;
+    for (const PortProblem& problem : mSupervisor->portProblems())
+        texts.append(tr("Can't receive on port %1: %2")
+                         .arg(problem.port)
+                         .arg(QString::fromStdString(problem.reason)));
+    mStatusWidget->setTroubles(texts);
+    mMessages->setTrouble(texts.join(QStringLiteral(" ")));
 }
 
 // The poll is left running when the dialog is closed: the recording shares it with the views, and
@@ -305,7 +278,7 @@ void TarvioWindow::onEnvelopCurveRecording()
     auto* dialog = new OrvgCurveRecordingDialog(&mLink->client(), this);
     connect(this, &TarvioWindow::measResultReceived, dialog,
             &OrvgCurveRecordingDialog::onNewMeasResult);
-    mPollTimer.start();
+    mSupervisor->startPolling();
     dialog->exec();
     dialog->deleteLater();
 }
@@ -324,7 +297,7 @@ void TarvioWindow::onConnectionSettings()
 {
     OrvgConnectionSettingsDialog dialog(&mLink->client(), mSettings, centralWidget());
     if (dialog.exec() == QDialog::Accepted)
-        mLink->reconnect(settings::readNetwork(*mSettings));
+        mSupervisor->reconnect(settings::readNetwork(*mSettings));
 }
 
 void TarvioWindow::onSaveToXml()

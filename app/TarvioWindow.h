@@ -4,13 +4,13 @@
 #include "orv_decoder/metatypes.h"
 
 #include <QMainWindow>
-#include <QTimer>
 
 #include <memory>
 #include <string>
 
 class EcuLink;
 class EcuSynchronisation;
+class LinkSupervisor;
 class OrvgFreespacesView;
 class OrvgLiveView;
 class OrvgStatusWidget;
@@ -18,6 +18,7 @@ class QMdiSubWindow;
 class QSettings;
 class QXmlStreamReader;
 class SettingsExchange;
+class StatusMessages;
 struct SettingsSection;
 
 namespace orv {
@@ -29,7 +30,7 @@ class MainWindow;
 }
 
 /// The one window of the program. It owns what lives for the whole run (settings store, link to
-/// the ECU, timers, views), supervises the link and hands live records on to the views.
+/// the ECU and its supervision, views), connects it and shows how the link is.
 class TarvioWindow : public QMainWindow
 {
     Q_OBJECT
@@ -53,7 +54,10 @@ public slots:
     void onSaveToXml();
     void onReadFromXml();
 
+    bool checkConnection();
+
 protected:
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -72,30 +76,24 @@ private:
     void createStatusWidget();
     void connectLiveData();
     void connectActions();
-    void startSupervision();
+    void connectSupervision();
 
-    bool takeMeasurementResult();
-    bool takeFreespacePackage();
-    void noteLiveRecord();
-    bool checkConnection();
     void announceConnection(const orv::FirmwareVersion& version);
+    void showPortProblems();
 
     void syncFromEcu();
     void transmitToEcu();
     bool importNetworkSection(QXmlStreamReader& reader, std::string& errString);
 
-    int mStatusInterval = 3000; // milliseconds
-    bool mConnected = false;
-    bool mInitialSyncDone = false;
     std::unique_ptr<Ui::MainWindow> mUi;
     QSettings* mSettings; // child
     std::unique_ptr<EcuLink> mLink;
+    std::unique_ptr<LinkSupervisor> mSupervisor;
     std::unique_ptr<EcuSynchronisation> mSynchronisation;
     std::unique_ptr<SettingsExchange> mSettingsExchange;
     OrvgLiveView* mLiveView = nullptr;             // child, in an MDI sub-window
     OrvgFreespacesView* mFreespacesView = nullptr; // child, in an MDI sub-window
     OrvgStatusWidget* mStatusWidget = nullptr;     // child of the status bar
-    QTimer mPollTimer;
-    QTimer mStatusTimer;
+    StatusMessages* mMessages = nullptr;           // child of the status bar
     WindowState mWindowState;
 };

@@ -23,10 +23,14 @@ std::vector<std::uint8_t> withChecksum(std::vector<std::uint8_t> frame)
     return frame;
 }
 
-bool fail(std::string& error, std::string reason)
+ControlReply fault(std::string error)
 {
-    error = std::move(reason);
-    return false;
+    return {.error = std::move(error)};
+}
+
+ControlReply stray(std::string error)
+{
+    return {.error = std::move(error), .isStray = true};
 }
 
 } // namespace
@@ -57,21 +61,21 @@ std::vector<std::uint8_t> encodeReply(std::uint8_t code, std::span<const std::ui
     return withChecksum(writer.take());
 }
 
-bool decodeReply(ControlCommand command, std::vector<std::uint8_t>& reply, std::string& error)
+ControlReply decodeReply(ControlCommand command, std::span<const std::uint8_t> frame)
 {
-    std::span<const std::uint8_t> frame(reply);
+    if (frame.empty())
+        return stray("checksum error");
     if (!takeChecksum(frame))
-        return fail(error, "checksum error");
+        return fault("checksum error");
     if (frame.empty() || frame.front() != static_cast<std::uint8_t>(command))
-        return fail(error, "wrong reply type");
+        return stray("wrong reply type");
     frame = frame.subspan(1);
     if (frame.empty())
-        return fail(error, "wrong data size");
+        return fault("wrong data size");
     const std::uint8_t status = frame.back();
     if (status != 0)
-        return fail(error, "ECU error (" + std::to_string(status) + ")");
-    reply = std::vector<std::uint8_t>(frame.begin(), frame.end() - 1);
-    return true;
+        return fault("ECU error (" + std::to_string(status) + ")");
+    return {.success = true, .payload = frame.first(frame.size() - 1)};
 }
 
 } // namespace orv

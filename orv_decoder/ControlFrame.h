@@ -32,6 +32,15 @@ struct ControlRequest
     std::vector<std::uint8_t> payload;
 };
 
+/// What a datagram on the control channel is to the request that waits for its reply.
+struct ControlReply
+{
+    bool success = false;
+    std::span<const std::uint8_t> payload = {}; ///< of a success: borrowed from the frame
+    std::string error = {};                     ///< of a failure: why it is one
+    bool isStray = false; ///< of a failure: it cannot be the answer, which may still come
+};
+
 /// Command code, payload and the checksum over both.
 std::vector<std::uint8_t> encodeRequest(ControlCommand command,
                                         std::span<const std::uint8_t> payload);
@@ -43,9 +52,9 @@ std::optional<ControlRequest> decodeRequest(std::span<const std::uint8_t> frame)
 std::vector<std::uint8_t> encodeReply(std::uint8_t code, std::span<const std::uint8_t> payload,
                                       std::uint8_t status);
 
-/// Checks checksum, code and status of a reply, in this order, and cuts `reply` to its payload.
-/// On failure `error` says why: "checksum error", "wrong reply type", "wrong data size" (no
-/// status byte) or "ECU error (" status ")".
-bool decodeReply(ControlCommand command, std::vector<std::uint8_t>& reply, std::string& error);
+/// Checks checksum, code and status of a reply, in this order. Errors: "checksum error", "wrong
+/// reply type", "wrong data size" (no status byte) and "ECU error (" status ")". An empty frame and
+/// one with another command's code are strays.
+ControlReply decodeReply(ControlCommand command, std::span<const std::uint8_t> frame);
 
 } // namespace orv

@@ -1,6 +1,7 @@
 #include "orv_decoder/DatagramSocket.h"
 
 #include <algorithm>
+#include <system_error>
 
 #ifdef _WIN32
 #ifndef NOMINMAX
@@ -10,7 +11,9 @@
 #include <winsock2.h>
 #else
 #include <arpa/inet.h>
+#include <cerrno>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -54,10 +57,21 @@ DWORD timeoutValue(std::uint32_t timeoutMs)
     return timeoutMs;
 }
 
+int lastErrorCode()
+{
+    return WSAGetLastError();
+}
+
 // Winsock calls a datagram that was cut to the buffer an error.
 bool wasCut()
 {
-    return WSAGetLastError() == WSAEMSGSIZE;
+    return lastErrorCode() == WSAEMSGSIZE;
+}
+
+bool isReadable(NativeSocket handle, std::uint32_t timeoutMs)
+{
+    WSAPOLLFD entry{.fd = handle, .events = POLLRDNORM, .revents = 0};
+    return WSAPoll(&entry, 1, static_cast<INT>(timeoutMs)) > 0;
 }
 
 #else
@@ -90,9 +104,20 @@ timeval timeoutValue(std::uint32_t timeoutMs)
     return value;
 }
 
+int lastErrorCode()
+{
+    return errno;
+}
+
 bool wasCut()
 {
     return false;
+}
+
+bool isReadable(NativeSocket handle, std::uint32_t timeoutMs)
+{
+    pollfd entry{.fd = handle, .events = POLLIN, .revents = 0};
+    return ::poll(&entry, 1, static_cast<int>(timeoutMs)) > 0;
 }
 
 #endif
@@ -166,14 +191,26 @@ bool DatagramSocket::setReceiveTimeout(std::uint32_t timeoutMs)
     return setSocketOption(mHandle, SO_RCVTIMEO, timeoutValue(std::max(timeoutMs, 1U)));
 }
 
-std::size_t DatagramSocket::receive(std::span<std::uint8_t> buffer)
+std::string DatagramSocket::systemError()
+{
+    return std::system_category().message(lastErrorCode());
+}
+
+bool DatagramSocket::waitForDatagram(std::uint32_t timeoutMs) const
+{
+    return mHandle != kNoSocket && isReadable(static_cast<NativeSocket>(mHandle), timeoutMs);
+}
+
+std::optional<std::size_t> DatagramSocket::receive(std::span<std::uint8_t> buffer)
 {
     const auto count =
         ::recvfrom(static_cast<NativeSocket>(mHandle), reinterpret_cast<char*>(buffer.data()),
                    static_cast<NativeSize>(buffer.size()), 0, nullptr, nullptr);
     if (count < 0 && wasCut())
         return buffer.size();
-    return count < 0 ? 0 : static_cast<std::size_t>(count);
+    if (count < 0)
+        return std::nullopt;
+    return static_cast<std::size_t>(count);
 }
 
 bool DatagramSocket::send(std::span<const std::uint8_t> datagram, const Ipv4Endpoint& destination)

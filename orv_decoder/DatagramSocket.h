@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -36,11 +37,19 @@ public:
     bool setReuseAddress();
     bool bindToAnyAddress(std::uint16_t port);
 
+    /// What the system says about a call that has just failed.
+    static std::string systemError();
+
     /// Bounds every later receive; 0 counts as 1 ms because both platforms read 0 as "for ever".
     bool setReceiveTimeout(std::uint32_t timeoutMs);
 
-    /// Receives one datagram, cut to the buffer; returns its bytes, 0 on error or timeout.
-    std::size_t receive(std::span<std::uint8_t> buffer);
+    /// Receives one datagram, cut to the buffer; returns its bytes, which may be none, and nothing
+    /// on error or timeout.
+    std::optional<std::size_t> receive(std::span<std::uint8_t> buffer);
+
+    /// True as soon as a datagram waits; false when none came within `timeoutMs`, where 0 only
+    /// looks, and without a socket.
+    bool waitForDatagram(std::uint32_t timeoutMs) const;
 
     /// False unless the whole datagram went out.
     bool send(std::span<const std::uint8_t> datagram, const Ipv4Endpoint& destination);

@@ -5,6 +5,7 @@
 #include "orv_decoder/constants.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 
 namespace orv {
@@ -16,9 +17,13 @@ constexpr std::uint8_t byteOf(ControlAccess access)
     return static_cast<std::uint8_t>(access);
 }
 
-std::vector<std::uint8_t> readPayload()
+// A reply with another sensor's thresholds belongs to an earlier request.
+ControlReply checkedForSensor(std::uint8_t sensorId, ControlReply reply)
 {
-    return {byteOf(ControlAccess::Read)};
+    const bool isRecord = reply.success && reply.payload.size() == SensorThreshold::kWireSize;
+    if (!isRecord || reply.payload.front() == sensorId)
+        return reply;
+    return {.error = "wrong sensor id", .isStray = true};
 }
 
 bool decodeSteps(std::span<const std::uint8_t> bytes, std::size_t count,
@@ -51,16 +56,16 @@ void OrvCtrlClient::setSocket(OrvCtrlSocketBase* socket)
 bool OrvCtrlClient::readMeasurementSequence(std::vector<MseqStep>& steps)
 {
     steps.clear();
-    auto buffer = readPayload();
-    if (!exchange(ControlCommand::MeasurementSequence, buffer))
+    const auto reply = read(ControlCommand::MeasurementSequence);
+    if (!reply)
         return false;
-    if (buffer.empty())
+    if (reply->empty())
         return fail("wrong data size");
-    const std::size_t count = buffer.front();
+    const std::size_t count = reply->front();
     if (count > kMaxStepCount)
         return fail("wrong format");
     // Bytes behind the last step are the ECU's own business.
-    if (!decodeSteps(std::span(buffer).subspan(1), count, steps))
+    if (!decodeSteps(reply->subspan(1), count, steps))
         return fail("wrong format");
     return true;
 }
@@ -78,9 +83,9 @@ bool OrvCtrlClient::writeMeasurementSequence(std::span<const MseqStep> steps)
 
 bool OrvCtrlClient::readThresholds(std::uint8_t sensorId, SensorThreshold& threshold)
 {
-    std::vector<std::uint8_t> buffer = {byteOf(ControlAccess::Read), sensorId};
-    return exchange(ControlCommand::Thresholds, buffer) &&
-           checkedThreshold(buffer, sensorId, threshold, mLastError);
+    const std::array request = {byteOf(ControlAccess::Read), sensorId};
+    const auto reply = exchange(ControlCommand::Thresholds, request, sensorId);
+    return reply && checkedThreshold(*reply, sensorId, threshold, mLastError);
 }
 
 bool OrvCtrlClient::writeThresholds(const SensorThreshold& threshold, bool permanent)
@@ -91,21 +96,21 @@ bool OrvCtrlClient::writeThresholds(const SensorThreshold& threshold, bool perma
 
 bool OrvCtrlClient::readFirmwareVersion(FirmwareVersion& version)
 {
-    std::vector<std::uint8_t> buffer;
-    if (!exchange(ControlCommand::FirmwareVersion, buffer))
+    const auto reply = exchange(ControlCommand::FirmwareVersion, {});
+    if (!reply)
         return false;
-    if (buffer.size() != FirmwareVersion::kWireSize)
+    if (reply->size() != FirmwareVersion::kWireSize)
         return fail("wrong data size");
-    std::copy(buffer.begin(), buffer.end(), version.numbers.begin());
+    std::ranges::copy(*reply, version.numbers.begin());
     return true;
 }
 
 bool OrvCtrlClient::readNetworkSettings(EcuNetworkSettings& settings)
 {
-    auto buffer = readPayload();
-    if (!exchange(ControlCommand::NetworkSettings, buffer))
+    const auto reply = read(ControlCommand::NetworkSettings);
+    if (!reply)
         return false;
-    const EcuNetworkSettings decoded = decodeNetworkSettings(buffer);
+    const EcuNetworkSettings decoded = decodeNetworkSettings(*reply);
     if (!decoded.valid)
         return fail("wrong data format");
     settings = decoded;
@@ -120,10 +125,10 @@ bool OrvCtrlClient::writeNetworkSettings(const EcuNetworkSettings& settings)
 
 bool OrvCtrlClient::readSensorPositions(SensorMountPositions& positions)
 {
-    auto buffer = readPayload();
-    if (!exchange(ControlCommand::SensorPositions, buffer))
+    const auto reply = read(ControlCommand::SensorPositions);
+    if (!reply)
         return false;
-    if (!decodeMountPositions(buffer, positions))
+    if (!decodeMountPositions(*reply, positions))
         return fail("wrong data size");
     return true;
 }
@@ -141,14 +146,14 @@ bool OrvCtrlClient::startAutoCalibration(std::uint8_t sensorIndex)
 
 std::int8_t OrvCtrlClient::readAutoCalibrationState()
 {
-    auto buffer = readPayload();
-    if (!exchange(ControlCommand::AutoCalibration, buffer))
+    const auto reply = read(ControlCommand::AutoCalibration);
+    if (!reply)
         return kCalibrationPollFailed;
-    if (buffer.size() != 1) {
+    if (reply->size() != 1) {
         fail("wrong data size");
         return kCalibrationPollFailed;
     }
-    return static_cast<std::int8_t>(buffer.front());
+    return static_cast<std::int8_t>(reply->front());
 }
 
 bool OrvCtrlClient::write(ControlCommand command, ControlAccess access,
@@ -157,17 +162,36 @@ bool OrvCtrlClient::write(ControlCommand command, ControlAccess access,
     ByteWriter writer;
     writer.u8(byteOf(access));
     writer.bytes(record);
-    auto buffer = writer.take();
-    return exchange(command, buffer);
+    return exchange(command, writer.take()).has_value();
 }
 
-// `buffer` holds the request's payload before and the reply's payload after a success.
-bool OrvCtrlClient::exchange(ControlCommand command, std::vector<std::uint8_t>& buffer)
+std::optional<OrvCtrlClient::Payload> OrvCtrlClient::read(ControlCommand command)
 {
-    buffer = encodeRequest(command, buffer);
-    if (!mSocket->sendReceive(buffer))
-        return fail("socket: " + mSocket->lastError());
-    return decodeReply(command, buffer, mLastError);
+    return exchange(command, std::array{byteOf(ControlAccess::Read)});
+}
+
+// The payload of the reply, until the next exchange. With a sensor, other sensors' replies are
+// passed over.
+std::optional<OrvCtrlClient::Payload> OrvCtrlClient::exchange(ControlCommand command,
+                                                              Payload request,
+                                                              std::optional<std::uint8_t> sensorId)
+{
+    const auto decode = [&] {
+        ControlReply reply = decodeReply(command, mBuffer);
+        return sensorId ? checkedForSensor(*sensorId, std::move(reply)) : reply;
+    };
+    mBuffer = encodeRequest(command, request);
+    if (!mSocket->sendReceive(mBuffer)) {
+        fail("socket: " + mSocket->lastError());
+        return std::nullopt;
+    }
+    ControlReply reply = decode();
+    while (reply.isStray && mSocket->receiveAnother(mBuffer))
+        reply = decode();
+    if (reply.success)
+        return reply.payload;
+    fail(std::move(reply.error));
+    return std::nullopt;
 }
 
 bool OrvCtrlClient::fail(std::string reason)

@@ -8,6 +8,7 @@
 #include "orv_decoder/SensorThreshold.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -19,8 +20,10 @@ class OrvCtrlSocketBase;
 /// Reads and writes the ECU's configuration, one synchronous exchange an operation.
 ///
 /// An operation blocks its caller for at most the socket's receive timeout, retries nothing and
-/// throws nothing. It returns false on failure with the reason in lastError(): "socket: " and the
-/// socket's reason, "checksum error", "wrong reply type", "wrong data size", "ECU error (" status
+/// throws nothing. A reply that cannot be the answer (another command's, another sensor's
+/// thresholds) is passed over; it is the failure when no better one came. An operation returns
+/// false on failure with the reason in lastError(): "socket: " and the socket's reason, "checksum
+/// error", "wrong reply type", "wrong data size", "ECU error (" status
 /// ")", and what its own comment adds. Output records are written on success only.
 class OrvCtrlClient
 {
@@ -67,11 +70,16 @@ public:
     std::int8_t readAutoCalibrationState();
 
 private:
-    bool exchange(ControlCommand command, std::vector<std::uint8_t>& buffer);
+    using Payload = std::span<const std::uint8_t>;
+
+    std::optional<Payload> read(ControlCommand command);
+    std::optional<Payload> exchange(ControlCommand command, Payload request,
+                                    std::optional<std::uint8_t> sensorId = std::nullopt);
     bool write(ControlCommand command, ControlAccess access, std::span<const std::uint8_t> record);
     bool fail(std::string reason);
 
     OrvCtrlSocketBase* mSocket = nullptr; // borrowed
+    std::vector<std::uint8_t> mBuffer;    // of the last reply
     std::string mLastError;
 };
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <chrono>
+#include <utility>
 
 namespace orv {
 
@@ -54,32 +55,47 @@ bool OrvCtrlSocket::setReceiveTimeout(std::uint32_t timeoutMs)
 
 bool OrvCtrlSocket::sendReceive(std::vector<std::uint8_t>& buffer)
 {
-    if (mDrainBeforeNextSend) {
-        mDrainBeforeNextSend = false;
-        discardStaleReplies();
-    }
+    discardStaleReplies();
     if (!mSocket.send(buffer, mDestination))
         return fail("send error");
+    mReplyDeadline = Clock::now() + std::chrono::milliseconds(mCurrentTimeoutMs);
+    return receive(buffer);
+}
+
+bool OrvCtrlSocket::receiveAnother(std::vector<std::uint8_t>& buffer)
+{
+    using std::chrono::milliseconds;
+    const auto left = std::chrono::ceil<milliseconds>(mReplyDeadline - Clock::now());
+    if (left > milliseconds::zero() &&
+        mSocket.waitForDatagram(static_cast<std::uint32_t>(left.count())))
+        return receive(buffer);
+    return endWait(buffer);
+}
+
+bool OrvCtrlSocket::receive(std::vector<std::uint8_t>& buffer)
+{
     buffer.resize(kMaxDatagramSize);
-    const std::size_t received = mSocket.receive(buffer);
-    buffer.resize(received);
-    if (received < 1) {
-        mDrainBeforeNextSend = true;
-        return fail("receive timeout");
-    }
+    const auto received = mSocket.receive(buffer);
+    if (!received)
+        return endWait(buffer);
+    buffer.resize(*received);
     return true;
 }
 
-// Afterwards the timeout is again the one that the caller had set: a probe's short one must
-// survive its own drain.
+bool OrvCtrlSocket::endWait(std::vector<std::uint8_t>& buffer)
+{
+    buffer.clear();
+    mDrainBeforeNextSend = true;
+    return fail("receive timeout");
+}
+
 void OrvCtrlSocket::discardStaleReplies()
 {
-    const auto end = std::chrono::steady_clock::now() + kMaxDrainTime;
+    const auto end = Clock::now() + kMaxDrainTime;
+    const std::uint32_t waitMs = std::exchange(mDrainBeforeNextSend, false) ? kDrainTimeoutMs : 0;
     std::array<std::uint8_t, 1> byte;
-    mSocket.setReceiveTimeout(kDrainTimeoutMs);
-    while (mSocket.receive(byte) == byte.size() && std::chrono::steady_clock::now() < end) {
-    }
-    mSocket.setReceiveTimeout(mCurrentTimeoutMs);
+    while (mSocket.waitForDatagram(waitMs) && Clock::now() < end)
+        mSocket.receive(byte);
 }
 
 } // namespace orv

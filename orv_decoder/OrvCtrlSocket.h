@@ -3,6 +3,7 @@
 #include "orv_decoder/DatagramSocket.h"
 #include "orv_decoder/OrvCtrlSocketBase.h"
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,17 +29,26 @@ public:
     /// Points the channel at another ECU; an empty address or a port of 0 keeps the current one.
     bool reconnect(const std::string& address, std::uint16_t port);
 
+    /// Discards what waits before it sends: what was there before the question is not the answer.
     /// Errors: "send error"; "receive timeout", which also empties the buffer.
     bool sendReceive(std::vector<std::uint8_t>& buffer) override;
+
+    /// Error: "receive timeout", which also empties the buffer.
+    bool receiveAnother(std::vector<std::uint8_t>& buffer) override;
 
     bool setReceiveTimeout(std::uint32_t timeoutMs) override;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     void discardStaleReplies();
+    bool receive(std::vector<std::uint8_t>& buffer);
+    bool endWait(std::vector<std::uint8_t>& buffer);
 
     bool mOpen = false;
     // Set when a reply may still be on its way: it must not be taken for the next one's.
     bool mDrainBeforeNextSend = true;
+    Clock::time_point mReplyDeadline; // of the request that was sent last
     std::uint32_t mCurrentTimeoutMs = kDefaultReceiveTimeoutMs;
     std::string mAddress;
     std::uint16_t mPort;

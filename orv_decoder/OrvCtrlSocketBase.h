@@ -29,6 +29,15 @@ public:
     /// Goes back to the configured timeout of kDefaultReceiveTimeoutMs.
     virtual bool applyReceiveTimeout() { return setReceiveTimeout(mReceiveTimeoutMs); }
 
+    /// Replaces `buffer` by the next datagram that comes within what the last request has left of
+    /// its timeout, when what came first cannot be the answer to it. A channel that knows of no
+    /// other datagram says "receive timeout".
+    virtual bool receiveAnother(std::vector<std::uint8_t>& buffer)
+    {
+        buffer.clear();
+        return fail("receive timeout");
+    }
+
     /// Reason of the last failure; successes leave it in place.
     std::string lastError() const { return mLastError; }
 

@@ -9,8 +9,10 @@ bool OrvUdpSocket::open()
     if (mOpen)
         return true;
     mOpen = createAndBind();
-    if (!mOpen)
+    if (!mOpen) {
+        mSystemReason = DatagramSocket::systemError();
         mSocket.close();
+    }
     return mOpen;
 }
 
@@ -44,12 +46,17 @@ bool OrvUdpSocket::receive(std::vector<std::uint8_t>& datagram, std::uint32_t ti
     if (!mSocket.setReceiveTimeout(timeoutMs))
         return fail("Can't set receive timeout option");
     std::vector<std::uint8_t> buffer(kMaxDatagramSize);
-    const std::size_t received = mSocket.receive(buffer);
+    const std::size_t received = mSocket.receive(buffer).value_or(0);
     if (received < 1)
         return fail("receive error");
     buffer.resize(received);
     datagram = std::move(buffer);
     return true;
+}
+
+bool OrvUdpSocket::waitForDatagram(std::uint32_t timeoutMs) const
+{
+    return mOpen && mSocket.waitForDatagram(timeoutMs);
 }
 
 } // namespace orv

@@ -4,6 +4,7 @@
 #include "orv_decoder/OrvSocketBase.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace orv {
@@ -22,6 +23,9 @@ public:
     /// "Can't create socket", "Can't set receive timeout" (address reuse), "Can't bind socket".
     bool open() override;
 
+    /// What the system said when open() failed last.
+    const std::string& systemReason() const { return mSystemReason; }
+
     /// Closes and opens again, which discards what the system had buffered.
     /// @param port the new local port; 0 keeps the current one
     bool reopen(std::uint16_t port);
@@ -31,11 +35,16 @@ public:
     /// it fails without a reason.
     bool receive(std::vector<std::uint8_t>& datagram, std::uint32_t timeoutMs) override;
 
+    /// True as soon as a datagram waits, an empty one included; false when none came within
+    /// `timeoutMs`, where 0 only looks, and at once on a closed socket.
+    bool waitForDatagram(std::uint32_t timeoutMs) const;
+
 private:
     bool createAndBind();
 
     std::uint16_t mPort;
     bool mOpen = false;
+    std::string mSystemReason;
     DatagramSocket mSocket;
 };
 

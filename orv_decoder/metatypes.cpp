@@ -9,6 +9,7 @@ void registerMetaTypes()
     qRegisterMetaType<OrvSensorPosition>("orv::OrvSensorPosition");
     qRegisterMetaType<OrvSensorRole>("orv::OrvSensorRole");
     qRegisterMetaType<std::vector<OrvSensorEcho>>("std::vector<orv::OrvSensorEcho>");
+    qRegisterMetaType<FirmwareVersion>("orv::FirmwareVersion");
 }
 
 } // namespace orv

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orv_decoder/FirmwareVersion.h"
 #include "orv_decoder/OrvFreespacePackage.h"
 #include "orv_decoder/OrvMeasurementResult.h"
 #include "orv_decoder/OrvSensorPosition.h"
@@ -11,10 +12,11 @@ Q_DECLARE_METATYPE(orv::OrvFreespacePackage)
 Q_DECLARE_METATYPE(orv::OrvSensorPosition)
 Q_DECLARE_METATYPE(orv::OrvSensorRole)
 Q_DECLARE_METATYPE(orv::OrvSensorEcho)
+Q_DECLARE_METATYPE(orv::FirmwareVersion)
 
 namespace orv {
 
-/// Makes the live records known to Qt by name, so that signals can carry them. Once a program.
+/// Makes the records that signals carry known to Qt by name. Once a program.
 void registerMetaTypes();
 
 } // namespace orv

@@ -2,75 +2,71 @@
 
 #include "ecu/store/NetworkSettings.h"
 
-#include <chrono>
-
 namespace {
 
-constexpr auto kSynchronous = orv::OrvDecoderMode::Synchronous;
 constexpr std::uint32_t kProbeTimeoutMs = 100;
-constexpr std::uint32_t kDrainTimeoutMs = 1;
 
-// A sender that is faster than the drain must not hold the window.
-constexpr std::chrono::milliseconds kMaxDrainTime{50};
-
-template<typename T>
-bool drainStream(orv::OrvDecoder<T>& decoder)
+/// Shortens a channel's wait for replies for as long as it lives.
+class ShortTimeout
 {
-    const auto end = std::chrono::steady_clock::now() + kMaxDrainTime;
-    bool received = false;
-    T record;
-    while (decoder.take(record, kDrainTimeoutMs)) {
-        received = true;
-        if (std::chrono::steady_clock::now() >= end)
-            break;
+public:
+    ShortTimeout(orv::OrvCtrlSocketBase& socket, std::uint32_t timeoutMs) : mSocket(socket)
+    {
+        mSocket.setReceiveTimeout(timeoutMs);
     }
-    return received;
-}
+    ~ShortTimeout() { mSocket.applyReceiveTimeout(); }
+    ShortTimeout(const ShortTimeout&) = delete;
+    ShortTimeout& operator=(const ShortTimeout&) = delete;
+
+private:
+    orv::OrvCtrlSocketBase& mSocket;
+};
 
 } // namespace
 
 EcuLink::EcuLink(const NetworkSettings& network)
-    : mMeasurementSocket(network.receivePort)
-    , mMeasurementDecoder(&mMeasurementSocket, kSynchronous)
-    , mFreespaceSocket(network.freespacePort)
-    , mFreespaceDecoder(&mFreespaceSocket, kSynchronous)
+    : mMeasurements(network.receivePort)
+    , mFreespaces(network.freespacePort)
     , mControlSocket(network.ecuIp.toStdString(), network.controlPort)
     , mClient(&mControlSocket)
 {}
 
-bool EcuLink::take(orv::OrvMeasurementResult& result, std::uint32_t timeoutMs)
-{
-    return mMeasurementDecoder.take(result, timeoutMs);
-}
-
-bool EcuLink::take(orv::OrvFreespacePackage& package, std::uint32_t timeoutMs)
-{
-    return mFreespaceDecoder.take(package, timeoutMs);
-}
-
 bool EcuLink::drain()
 {
-    const bool measurements = drainStream(mMeasurementDecoder);
-    const bool freespaces = drainStream(mFreespaceDecoder);
+    const bool measurements = mMeasurements.drain();
+    const bool freespaces = mFreespaces.drain();
     return measurements || freespaces;
-}
-
-void EcuLink::discardMeasurementResults()
-{
-    mMeasurementSocket.reopen(0);
 }
 
 bool EcuLink::probe(orv::FirmwareVersion& version)
 {
-    mControlSocket.setReceiveTimeout(kProbeTimeoutMs);
-    const bool answered = mClient.readFirmwareVersion(version);
-    mControlSocket.applyReceiveTimeout();
-    return answered;
+    const ShortTimeout probing(mControlSocket, kProbeTimeoutMs);
+    return mClient.readFirmwareVersion(version);
 }
 
 void EcuLink::reconnect(const NetworkSettings& network)
 {
     mControlSocket.reconnect(network.ecuIp.toStdString(), network.controlPort);
-    mMeasurementSocket.reopen(network.receivePort);
-    mFreespaceSocket.reopen(network.freespacePort);
+    mMeasurements.reopen(network.receivePort);
+    mFreespaces.reopen(network.freespacePort);
+    // A port that the other stream held until now is free only afterwards.
+    openClosedStreams();
+}
+
+void EcuLink::openClosedStreams()
+{
+    if (!mMeasurements.isOpen())
+        mMeasurements.reopen();
+    if (!mFreespaces.isOpen())
+        mFreespaces.reopen();
+}
+
+std::vector<PortProblem> EcuLink::portProblems() const
+{
+    std::vector<PortProblem> problems;
+    for (const auto& problem : {mMeasurements.problem(), mFreespaces.problem()}) {
+        if (problem)
+            problems.push_back(*problem);
+    }
+    return problems;
 }

@@ -1,33 +1,26 @@
 #pragma once
 
+#include "ecu/link/LiveStream.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
-#include "orv_decoder/OrvDecoder.h"
-#include "orv_decoder/OrvUdpSocket.h"
 
-#include <cstdint>
+#include <vector>
 
 struct NetworkSettings;
 
-/// The two live streams and the control channel of one ECU, used on the GUI thread alone.
+/// The two live streams and the control channel of one ECU, used on one thread alone.
 /// No operation reports an error to the user: an ECU that is not there is an ordinary state.
 class EcuLink
 {
 public:
     explicit EcuLink(const NetworkSettings& network);
 
+    LiveStream<orv::OrvMeasurementResult>& measurements() { return mMeasurements; }
+    LiveStream<orv::OrvFreespacePackage>& freespaces() { return mFreespaces; }
     orv::OrvCtrlClient& client() { return mClient; }
 
-    /// Takes the next record of a stream, waiting at most `timeoutMs`.
-    bool take(orv::OrvMeasurementResult& result, std::uint32_t timeoutMs);
-    bool take(orv::OrvFreespacePackage& package, std::uint32_t timeoutMs);
-
-    /// Discards what waits in both streams; true when there was at least one record. Bounded in
-    /// time: what a fast sender leaves behind waits for the next call.
+    /// Discards what waits in both streams; true when there was at least one record.
     bool drain();
-
-    /// Discards the measurement results that the system has buffered.
-    void discardMeasurementResults();
 
     /// Asks for the firmware version and waits for a short time only.
     bool probe(orv::FirmwareVersion& version);
@@ -35,11 +28,15 @@ public:
     /// Moves all three sockets; a port of 0 keeps the socket's current one.
     void reconnect(const NetworkSettings& network);
 
+    /// Tries again to open the ports of streams that have none.
+    void openClosedStreams();
+
+    /// The streams that have no port, measurement results first.
+    std::vector<PortProblem> portProblems() const;
+
 private:
-    orv::OrvUdpSocket mMeasurementSocket;
-    orv::OrvDecoder<orv::OrvMeasurementResult> mMeasurementDecoder;
-    orv::OrvUdpSocket mFreespaceSocket;
-    orv::OrvDecoder<orv::OrvFreespacePackage> mFreespaceDecoder;
+    LiveStream<orv::OrvMeasurementResult> mMeasurements;
+    LiveStream<orv::OrvFreespacePackage> mFreespaces;
     orv::OrvCtrlSocket mControlSocket;
     orv::OrvCtrlClient mClient;
 };

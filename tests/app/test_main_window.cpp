@@ -32,6 +32,7 @@ private slots:
     void toolBarHoldsItsActionsInOrder();
     void iconButtonsOfTheToolBarHaveToolTips();
     void contextMenuListsTheDocksAlone();
+    void docksHaveTheirIconsInTheMenu();
     void captureShowsPlayWhenOffAndPauseWhenOn();
     void firstStartPutsTheThresholdDockInFront();
     void firstStartLeavesRoomForSeveralTimelines();
@@ -44,6 +45,7 @@ private slots:
     void junkInTheSavedStateLeavesTheWindowUsable();
     void subWindowsCannotBeClosed_data();
     void subWindowsCannotBeClosed();
+    void systemMenusOfSubWindowsOfferNoClose();
     void liveEchoesAreInFront();
     void editModeRaisesThePositionDock();
     void aboutDialogOpensFromTheMenu();
@@ -72,6 +74,17 @@ std::unique_ptr<TarvioWindow> shownWindow()
     return window;
 }
 
+QImage pictureOf(const QIcon& icon)
+{
+    return icon.pixmap(24, 24).toImage();
+}
+
+// Of an icon of the program; the picture of no icon for an empty name.
+QImage pictureNamed(const QString& name)
+{
+    return name.isEmpty() ? QImage() : pictureOf(QIcon(":/icons/icons/" + name + ".png"));
+}
+
 bool isInFront(const QDockWidget* dock)
 {
     return !dock->visibleRegion().isEmpty();
@@ -97,26 +110,35 @@ void TestMainWindow::actionsHaveTheirTexts_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("shortcut");
-    QTest::addColumn<bool>("hasIcon");
+    QTest::addColumn<QString>("icon");
     QTest::addColumn<bool>("checkable");
     QTest::newRow("actionAbout") << "&About..."
-                                 << "" << false << false;
+                                 << ""
+                                 << "" << false;
     QTest::newRow("actionExit") << "E&xit"
-                                << "" << false << false;
+                                << ""
+                                << "" << false;
     QTest::newRow("actionConnection") << "&Connection..."
-                                      << "" << true << false;
+                                      << ""
+                                      << "link" << false;
     QTest::newRow("actionSaveSettings") << "&Export settings..."
-                                        << "Ctrl+S" << true << false;
+                                        << "Ctrl+S"
+                                        << "save" << false;
     QTest::newRow("actionOpenSettings") << "&Import settings..."
-                                        << "Ctrl+O" << true << false;
+                                        << "Ctrl+O"
+                                        << "open" << false;
     QTest::newRow("actionCapture") << "&Capture"
-                                   << "" << true << true;
+                                   << ""
+                                   << "play" << true;
     QTest::newRow("actionEnvelopCurveRecording") << "&Envelop curve recording ..."
-                                                 << "" << false << false;
+                                                 << ""
+                                                 << "" << false;
     QTest::newRow("actionSyncFromECU") << "Read all settings from ECU"
-                                       << "" << true << false;
+                                       << ""
+                                       << "chip_get" << false;
     QTest::newRow("actionTransmitToECU") << "Transmit all settings to ECU"
-                                         << "" << true << false;
+                                         << ""
+                                         << "chip_set" << false;
 }
 
 void TestMainWindow::actionsHaveTheirTexts()
@@ -126,7 +148,8 @@ void TestMainWindow::actionsHaveTheirTexts()
     QVERIFY(action);
     QTEST(action->text(), "text");
     QTEST(action->shortcut().toString(), "shortcut");
-    QTEST(!action->icon().isNull(), "hasIcon");
+    QFETCH(QString, icon);
+    QCOMPARE(pictureOf(action->icon()), pictureNamed(icon));
     QTEST(action->isCheckable(), "checkable");
 }
 
@@ -192,6 +215,17 @@ void TestMainWindow::contextMenuListsTheDocksAlone()
     visible.sort();
     QCOMPARE(visible,
              QStringList({"&Measurement Sequence", "&Threshold control", "Se&nsor Position"}));
+}
+
+void TestMainWindow::docksHaveTheirIconsInTheMenu()
+{
+    TarvioWindow window;
+    const auto iconOf = [&window](const char* dock) {
+        return pictureOf(window.findChild<QDockWidget*>(dock)->toggleViewAction()->icon());
+    };
+    QCOMPARE(iconOf("mseqDock"), pictureNamed("mseq"));
+    QCOMPARE(iconOf("thresholdDock"), pictureNamed("thresholds"));
+    QCOMPARE(iconOf("sensorPositionDock"), pictureNamed("sposition"));
 }
 
 void TestMainWindow::captureShowsPlayWhenOffAndPauseWhenOn()
@@ -313,14 +347,23 @@ void TestMainWindow::subWindowsCannotBeClosed()
         QTest::keySequence(window.get(), keys);
         area->closeActiveSubWindow();
         QVERIFY(subWindow->isVisible());
-        // Qt gives each window with a button its title and system menu.
-        const Qt::WindowFlags hints =
-            subWindow->windowFlags() & ~Qt::WindowFlags(Qt::WindowType_Mask);
-        QCOMPARE(hints, Qt::CustomizeWindowHint | Qt::WindowMinimizeButtonHint |
-                            Qt::WindowMaximizeButtonHint | Qt::WindowTitleHint |
-                            Qt::WindowSystemMenuHint);
+        QVERIFY(subWindow->isMaximized());
+        QCOMPARE(int(subWindow->windowFlags() & ~Qt::WindowFlags(Qt::WindowType_Mask)),
+                 int(Qt::CustomizeWindowHint | Qt::WindowMinimizeButtonHint |
+                     Qt::WindowMaximizeButtonHint));
     }
     QCOMPARE(area->subWindowList().size(), 2);
+}
+
+void TestMainWindow::systemMenusOfSubWindowsOfferNoClose()
+{
+    const auto window = shownWindow();
+    for (QMdiSubWindow* subWindow : window->findChild<QMdiArea*>("mMdiArea")->subWindowList()) {
+        const QMenu* menu = subWindow->systemMenu();
+        for (const QAction* action : menu ? menu->actions() : QList<QAction*>())
+            QVERIFY2(!action->isVisible() || !action->text().contains("Close"),
+                     qPrintable(action->text()));
+    }
 }
 
 void TestMainWindow::liveEchoesAreInFront()

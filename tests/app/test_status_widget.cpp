@@ -16,6 +16,10 @@ private slots:
     void versionIsThreeDecimalNumbers();
     void disconnectedPaintsTheLedAlone();
     void connectedFramesTheVersionFromTheLeftEdge();
+    void ledGrowsWithTheBar();
+    void sameStateAgainPaintsNothing();
+    void troublesAreFurtherLinesOfTheToolTip();
+    void largeFontMakesTheBarHigher();
 };
 
 namespace {
@@ -36,6 +40,24 @@ int paintedPixels(const QImage& image, const QRect& area)
             count += image.pixelColor(x, y) != QColor(Qt::white);
     return count;
 }
+
+// Counts how often a widget is painted.
+class PaintCounter : public QObject
+{
+public:
+    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+    int count() const { return mCount; }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        mCount += event->type() == QEvent::Paint;
+        return false;
+    }
+
+private:
+    int mCount = 0;
+};
 
 } // namespace
 
@@ -103,13 +125,70 @@ void TestStatusWidget::connectedFramesTheVersionFromTheLeftEdge()
     widget.setFirmwareVersion({{2, 14, 0}});
     widget.setConnected(true);
     const QImage image = painted(widget);
-    // The field is 5..87 wide; its frame starts at 0, and a drawn rectangle ends one pixel on.
-    for (int x : {0, 40, 88})
+    // The field starts at 5 and ends 15 before the LED; its frame starts at 0, and a drawn
+    // rectangle ends one pixel on.
+    const int right = 120 - widget.height() - 10;
+    for (int x : {0, 40, right})
         QVERIFY(image.pixelColor(x, 1) != QColor(Qt::white));
     QVERIFY(image.pixelColor(0, 12) != QColor(Qt::white));
-    QVERIFY(image.pixelColor(88, 12) != QColor(Qt::white));
-    QCOMPARE(image.pixelColor(91, 12), QColor(Qt::white));
-    QVERIFY(paintedPixels(image, {6, 4, 80, 14}) > 10);
+    QVERIFY(image.pixelColor(right, 12) != QColor(Qt::white));
+    QCOMPARE(image.pixelColor(right + 3, 12), QColor(Qt::white));
+    QVERIFY(paintedPixels(image, {6, 4, right - 8, 14}) > 10);
+}
+
+void TestStatusWidget::ledGrowsWithTheBar()
+{
+    OrvgStatusWidget widget;
+    for (const int height : {24, 36, 60}) {
+        widget.resize(200, height);
+        const QImage image = painted(widget);
+        const int middle = 200 - height / 2;
+        // A disc that fills the square but for its soft edge and a margin of one.
+        QVERIFY(paintedPixels(image, {middle, 0, 1, height}) >= height * 3 / 5);
+        QVERIFY(paintedPixels(image, {200 - height, height / 2, height, 1}) >= height * 3 / 5);
+    }
+}
+
+void TestStatusWidget::sameStateAgainPaintsNothing()
+{
+    OrvgStatusWidget widget;
+    PaintCounter paints(widget);
+    widget.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&widget));
+    widget.setConnected(true);
+    widget.setNoLiveData(true);
+    widget.setFirmwareVersion({{2, 14, 0}});
+    QCoreApplication::processEvents();
+    const int before = paints.count();
+    widget.setConnected(true);
+    widget.setNoLiveData(true);
+    widget.setFirmwareVersion({{2, 14, 0}});
+    QCoreApplication::processEvents();
+    QCOMPARE(paints.count(), before);
+    widget.setNoLiveData(false);
+    QCoreApplication::processEvents();
+    QCOMPARE(paints.count(), before + 1);
+}
+
+void TestStatusWidget::troublesAreFurtherLinesOfTheToolTip()
+{
+    OrvgStatusWidget widget;
+    widget.setTroubles({"No port.", "No other one."});
+    QCOMPARE(widget.toolTip(), QString("ECU disconnected.\nNo port.\nNo other one."));
+    widget.setConnected(true);
+    QCOMPARE(widget.toolTip(), QString("ECU connected.\nNo port.\nNo other one."));
+    widget.setTroubles({});
+    QCOMPARE(widget.toolTip(), QString("ECU connected."));
+}
+
+void TestStatusWidget::largeFontMakesTheBarHigher()
+{
+    QFont font = QApplication::font();
+    font.setPixelSize(40);
+    QApplication::setFont(font);
+    const OrvgStatusWidget widget;
+    QVERIFY(widget.sizeHint().height() >= widget.fontMetrics().height());
+    QVERIFY(widget.minimumHeight() >= widget.fontMetrics().height());
 }
 
 QTEST_MAIN(TestStatusWidget)

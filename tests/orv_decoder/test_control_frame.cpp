@@ -66,19 +66,20 @@ TEST(ControlReply, isCodePayloadStatusAndChecksum)
 
 TEST(ControlReply, isCutToItsPayload)
 {
-    Bytes reply = {0x02, 0x02, 0x0E, 0x00, 0x00, 0xFB};
-    std::string error = "earlier";
-    EXPECT_TRUE(orv::decodeReply(ControlCommand::FirmwareVersion, reply, error));
-    EXPECT_EQ(reply, (Bytes{2, 14, 0}));
-    EXPECT_EQ(error, "earlier");
+    const Bytes frame = {0x02, 0x02, 0x0E, 0x00, 0x00, 0xFB};
+    const orv::ControlReply reply = orv::decodeReply(ControlCommand::FirmwareVersion, frame);
+    EXPECT_TRUE(reply.success);
+    EXPECT_EQ(Bytes(reply.payload.begin(), reply.payload.end()), (Bytes{2, 14, 0}));
+    EXPECT_EQ(reply.error, "");
+    EXPECT_FALSE(reply.isStray);
 }
 
 TEST(ControlReply, ofThreeBytesHasAnEmptyPayload)
 {
-    Bytes reply = {0x00, 0x00, 0xC3};
-    std::string error;
-    EXPECT_TRUE(orv::decodeReply(ControlCommand::MeasurementSequence, reply, error));
-    EXPECT_TRUE(reply.empty());
+    const Bytes frame = {0x00, 0x00, 0xC3};
+    const orv::ControlReply reply = orv::decodeReply(ControlCommand::MeasurementSequence, frame);
+    EXPECT_TRUE(reply.success);
+    EXPECT_TRUE(reply.payload.empty());
 }
 
 struct Refused
@@ -86,6 +87,7 @@ struct Refused
     const char* name;
     Bytes reply;
     const char* error;
+    bool isStray = false;
 };
 
 class RefusedReply : public testing::TestWithParam<Refused>
@@ -93,23 +95,23 @@ class RefusedReply : public testing::TestWithParam<Refused>
 
 TEST_P(RefusedReply, namesItsReason)
 {
-    Bytes reply = GetParam().reply;
-    std::string error;
-    EXPECT_FALSE(orv::decodeReply(ControlCommand::FirmwareVersion, reply, error));
-    EXPECT_EQ(error, GetParam().error);
+    const auto reply = orv::decodeReply(ControlCommand::FirmwareVersion, GetParam().reply);
+    EXPECT_FALSE(reply.success);
+    EXPECT_EQ(reply.error, GetParam().error);
+    EXPECT_EQ(reply.isStray, GetParam().isStray);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     FirmwareVersion, RefusedReply,
-    testing::Values(Refused{"noBytes", {}, "checksum error"},
+    testing::Values(Refused{"noBytes", {}, "checksum error", true},
                     Refused{"oneByteThatIsNoChecksum", {0x02}, "checksum error"},
-                    Refused{"oneByteWhoseChecksumFits", {0x00}, "wrong reply type"},
+                    Refused{"oneByteWhoseChecksumFits", {0x00}, "wrong reply type", true},
                     Refused{"noStatusByte", {0x02, 0x94}, "wrong data size"},
                     Refused{
                         "flippedChecksum", {0x02, 0x02, 0x0E, 0x00, 0x00, 0xFA}, "checksum error"},
                     Refused{"flippedChecksumAndCode", {0x03, 0x00, 0xA8}, "checksum error"},
-                    Refused{"otherCode", {0x03, 0x00, 0xA9}, "wrong reply type"},
-                    Refused{"otherCodeAndStatus", {0x03, 0x03, 0xC6}, "wrong reply type"},
+                    Refused{"otherCode", {0x03, 0x00, 0xA9}, "wrong reply type", true},
+                    Refused{"otherCodeAndStatus", {0x03, 0x03, 0xC6}, "wrong reply type", true},
                     Refused{"status3", {0x02, 0x03, 0xE0}, "ECU error (3)"},
                     Refused{"status5", {0x02, 0x05, 0xF7}, "ECU error (5)"},
                     Refused{"status255", {0x02, 0xFF, 0xE9}, "ECU error (255)"}),
@@ -119,22 +121,20 @@ TEST(ControlReply, isNeverTakenForWholeWhenCut)
 {
     const Bytes whole = orv::encodeReply(1, Bytes{2, 10, 43, 76, 109, 142, 175, 208, 241, 18}, 0);
     for (std::size_t length = 0; length < whole.size(); ++length) {
-        Bytes reply(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
-        std::string error;
-        EXPECT_FALSE(orv::decodeReply(ControlCommand::Thresholds, reply, error)) << length;
-        EXPECT_FALSE(error.empty());
+        const auto reply =
+            orv::decodeReply(ControlCommand::Thresholds, std::span(whole).first(length));
+        EXPECT_FALSE(reply.success) << length;
+        EXPECT_FALSE(reply.error.empty());
     }
 }
 
 TEST(ControlReply, roundTripsForEveryStatus)
 {
     for (unsigned status = 0; status < 256; ++status) {
-        Bytes reply = orv::encodeReply(4, Bytes{9, 8, 7}, static_cast<std::uint8_t>(status));
-        std::string error;
-        EXPECT_EQ(orv::decodeReply(ControlCommand::SensorPositions, reply, error), status == 0);
-        if (status != 0) {
-            EXPECT_EQ(error, "ECU error (" + std::to_string(status) + ")");
-        }
+        const Bytes frame = orv::encodeReply(4, Bytes{9, 8, 7}, static_cast<std::uint8_t>(status));
+        const auto reply = orv::decodeReply(ControlCommand::SensorPositions, frame);
+        EXPECT_EQ(reply.success, status == 0);
+        EXPECT_EQ(reply.error, status == 0 ? "" : "ECU error (" + std::to_string(status) + ")");
     }
 }
 

@@ -487,6 +487,49 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongReply{"calibrationOneByteLong", 10, Bytes(2, 0), "wrong data size"}),
     [](const auto& row) { return row.param.name; });
 
+TEST_P(EveryOperation, passesOverTheRepliesOfOtherCommands)
+{
+    const auto other = static_cast<std::uint8_t>((GetParam().code + 1) % 6);
+    mSocket.queueReply(other, {1});
+    mSocket.alsoReply(other, {}, 3);
+    mSocket.alsoReply(GetParam().code, {}, 9);
+    expectFailure("ECU error (9)");
+}
+
+TEST_F(CtrlClient, passesOverAnEmptyDatagram)
+{
+    mSocket.queueRaw({});
+    mSocket.alsoReply(2, {2, 14, 0});
+    FirmwareVersion version;
+    EXPECT_TRUE(mClient.readFirmwareVersion(version)) << mClient.lastError();
+    EXPECT_EQ(version.text(), "2.14.0");
+
+    mSocket.queueRaw({});
+    EXPECT_FALSE(mClient.readFirmwareVersion(version));
+    EXPECT_EQ(mClient.lastError(), "checksum error");
+}
+
+TEST_F(CtrlClient, passesOverTheThresholdsOfOtherSensors)
+{
+    mSocket.queueReply(1, thresholdBytes(1, 2));
+    mSocket.alsoReply(1, thresholdBytes(3, 2));
+    mSocket.alsoReply(1, thresholdBytes(2, 1));
+    SensorThreshold threshold;
+    EXPECT_TRUE(mClient.readThresholds(2, threshold)) << mClient.lastError();
+    EXPECT_EQ(threshold.sensorId, 2);
+    EXPECT_EQ(threshold.scale, 1);
+}
+
+// It may be the answer, damaged on its way: waiting longer would only hide that.
+TEST_F(CtrlClient, damagedReplyEndsTheWait)
+{
+    mSocket.queueRaw({2, 2, 14, 0, 0, 0});
+    mSocket.alsoReply(2, {2, 14, 0});
+    FirmwareVersion version;
+    EXPECT_FALSE(mClient.readFirmwareVersion(version));
+    EXPECT_EQ(mClient.lastError(), "checksum error");
+}
+
 TEST_F(CtrlClient, failedReadLeavesTheRecordAlone)
 {
     SensorThreshold threshold = kThreshold;

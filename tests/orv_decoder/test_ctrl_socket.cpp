@@ -133,14 +133,47 @@ TEST_F(CtrlSocket, drainsAgainAfterEachTimeout)
     }
 }
 
-TEST_F(CtrlSocket, doesNotDrainAfterAnExchangeThatSucceeded)
+TEST_F(CtrlSocket, discardsWhatWaitsAlsoAfterAnExchangeThatSucceeded)
 {
     exchange({1}, {0x11});
-    mEcu.reply({0xEE}); // unasked for: without a timeout nothing is expected to be late
-    mSocket.setReceiveTimeout(kLongMs);
-    Bytes buffer = {2};
-    EXPECT_TRUE(mSocket.sendReceive(buffer));
-    EXPECT_EQ(buffer, Bytes{0xEE});
+    mEcu.reply({0xEE});
+    mEcu.reply({});
+    mEcu.reply({0xEF});
+    EXPECT_EQ(exchange({2}, {0x22}), Bytes{0x22});
+}
+
+TEST_F(CtrlSocket, emptyDatagramDoesNotEndTheDrain)
+{
+    exchangeWithoutReply({1});
+    mEcu.reply({});
+    mEcu.reply({0xEE});
+    EXPECT_EQ(exchange({2}, {0x22}), Bytes{0x22});
+}
+
+TEST_F(CtrlSocket, emptyDatagramIsADatagramAndNoTimeout)
+{
+    EXPECT_EQ(exchange({1}, {}), Bytes{});
+    EXPECT_EQ(mSocket.lastError(), "");
+}
+
+TEST_F(CtrlSocket, anotherDatagramMayFollowTheFirst)
+{
+    exchange({1}, {0x11});
+    mEcu.reply({0x12});
+    Bytes buffer = {9};
+    EXPECT_TRUE(mSocket.receiveAnother(buffer));
+    EXPECT_EQ(buffer, Bytes{0x12});
+}
+
+TEST_F(CtrlSocket, anotherDatagramHasWhatTheTimeoutHasLeft)
+{
+    exchangeWithoutReply({1});
+    mSocket.setReceiveTimeout(kLongMs); // of the next request
+    mEcu.reply({0x12});
+    Bytes buffer = {9};
+    EXPECT_FALSE(mSocket.receiveAnother(buffer));
+    EXPECT_EQ(mSocket.lastError(), "receive timeout");
+    EXPECT_TRUE(buffer.empty());
 }
 
 TEST_F(CtrlSocket, sendsItsRequestInAFloodOfOtherDatagrams)

@@ -68,10 +68,8 @@ TEST_F(ProtocolDocument, showsTheReplyThatIsUnderstood)
 TEST_F(ProtocolDocument, showsTheReplyThatIsRefused)
 {
     EXPECT_TRUE(says("    01 03 8A\n"));
-    Bytes reply = {0x01, 0x03, 0x8A};
-    std::string error;
-    EXPECT_FALSE(orv::decodeReply(orv::ControlCommand::Thresholds, reply, error));
-    EXPECT_EQ(error, "ECU error (3)");
+    const Bytes frame = {0x01, 0x03, 0x8A};
+    EXPECT_EQ(orv::decodeReply(orv::ControlCommand::Thresholds, frame).error, "ECU error (3)");
 }
 
 TEST_F(ProtocolDocument, listsTheTablesOfTheLibrary)

@@ -2,6 +2,8 @@
 
 #include "orv_decoder/ControlFrame.h"
 
+#include <utility>
+
 void ScriptedControlSocket::queueReply(std::uint8_t code, const std::vector<std::uint8_t>& payload,
                                        std::uint8_t status)
 {
@@ -10,25 +12,38 @@ void ScriptedControlSocket::queueReply(std::uint8_t code, const std::vector<std:
 
 void ScriptedControlSocket::queueRaw(std::vector<std::uint8_t> frame)
 {
-    mReplies.emplace_back(std::move(frame));
+    mExchanges.push_back({std::move(frame)});
 }
 
 void ScriptedControlSocket::queueTimeout()
 {
-    mReplies.emplace_back(std::nullopt);
+    mExchanges.emplace_back();
+}
+
+void ScriptedControlSocket::alsoReply(std::uint8_t code, const std::vector<std::uint8_t>& payload,
+                                      std::uint8_t status)
+{
+    mExchanges.back().push_back(orv::encodeReply(code, payload, status));
 }
 
 bool ScriptedControlSocket::sendReceive(std::vector<std::uint8_t>& buffer)
 {
     mRequests.push_back(buffer);
+    mArrived.clear();
+    if (!mExchanges.empty()) {
+        mArrived = std::move(mExchanges.front());
+        mExchanges.pop_front();
+    }
+    return receiveAnother(buffer);
+}
+
+bool ScriptedControlSocket::receiveAnother(std::vector<std::uint8_t>& buffer)
+{
     buffer.clear();
-    if (mReplies.empty())
+    if (mArrived.empty())
         return fail("receive timeout");
-    const auto reply = std::move(mReplies.front());
-    mReplies.pop_front();
-    if (!reply)
-        return fail("receive timeout");
-    buffer = *reply;
+    buffer = std::move(mArrived.front());
+    mArrived.pop_front();
     return true;
 }
 

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <deque>
-#include <optional>
 #include <vector>
 
 /// A control channel without a network: hands out the replies that a test queued and keeps every
@@ -12,13 +11,17 @@
 class ScriptedControlSocket : public orv::OrvCtrlSocketBase
 {
 public:
-    /// Queues a correct reply frame.
+    /// Queues the correct reply frame of one exchange.
     void queueReply(std::uint8_t code, const std::vector<std::uint8_t>& payload,
                     std::uint8_t status = 0);
-    /// Queues bytes as they are.
+    /// Queues bytes as they are for one exchange.
     void queueRaw(std::vector<std::uint8_t> frame);
     /// Queues one exchange that fails.
     void queueTimeout();
+
+    /// Lets this correct reply come too, in the exchange that was queued last.
+    void alsoReply(std::uint8_t code, const std::vector<std::uint8_t>& payload,
+                   std::uint8_t status = 0);
 
     /// Every request frame so far, checksum included.
     const std::vector<std::vector<std::uint8_t>>& requests() const { return mRequests; }
@@ -28,9 +31,13 @@ public:
 
     bool sendReceive(std::vector<std::uint8_t>& buffer) override;
     bool setReceiveTimeout(std::uint32_t timeoutMs) override;
+    bool receiveAnother(std::vector<std::uint8_t>& buffer) override;
 
 private:
-    std::deque<std::optional<std::vector<std::uint8_t>>> mReplies;
+    using Datagrams = std::deque<std::vector<std::uint8_t>>;
+
+    std::deque<Datagrams> mExchanges;
+    Datagrams mArrived; // in the present exchange, not handed out yet
     std::vector<std::vector<std::uint8_t>> mRequests;
     std::vector<std::uint32_t> mTimeouts;
 };

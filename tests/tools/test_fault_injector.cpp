@@ -1,7 +1,9 @@
+#include "orv_decoder/ControlFrame.h"
 #include "tools/ecu_simulator/FaultInjector.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 
 namespace {
@@ -91,10 +93,38 @@ TEST(ReplyFaults, corruptReplyDiffersInOneBit)
     EXPECT_EQ(bits, 1);
 }
 
+TEST(ReplyFaults, delayStaysWithinItsSpread)
+{
+    ReplyFaults faults({.delay = 1, .delayMs = 500, .delaySpreadMs = 60}, 1);
+    int shortest = 1000;
+    int longest = 0;
+    for (int i = 0; i < 500; ++i) {
+        const int delayMs = faults.apply(kReply).delayMs;
+        shortest = std::min(shortest, delayMs);
+        longest = std::max(longest, delayMs);
+    }
+    EXPECT_GE(shortest, 440);
+    EXPECT_LT(shortest, 460);
+    EXPECT_LE(longest, 560);
+    EXPECT_GT(longest, 540);
+}
+
+TEST(ReplyFaults, garbageAndStraysComeBeforeTheReply)
+{
+    const auto garbage = ReplyFaults({.garbage = 1}, 1).apply(kReply).copies;
+    ASSERT_EQ(garbage.size(), 2U);
+    EXPECT_NE(garbage[0], kReply);
+    EXPECT_EQ(garbage[1], kReply);
+
+    const auto stray = ReplyFaults({.stray = 1}, 1).apply(kReply).copies;
+    EXPECT_EQ(stray, (std::vector<Datagram>{orv::encodeReply(3, {}, 0), kReply}));
+}
+
 TEST(ReplyFaults, shareOfOneFaultDoesNotMoveAnother)
 {
     ReplyFaults dropping({.drop = 0.5}, 9);
-    ReplyFaults both({.drop = 0.5, .duplicate = 0.5, .corrupt = 0.5}, 9);
+    ReplyFaults both({.drop = 0.5, .duplicate = 0.5, .corrupt = 0.5, .garbage = 0.5, .stray = 0.5},
+                     9);
     for (int i = 0; i < 200; ++i)
         EXPECT_EQ(dropping.apply(kReply).copies.empty(), both.apply(kReply).copies.empty()) << i;
 }

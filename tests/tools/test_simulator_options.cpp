@@ -50,7 +50,8 @@ private slots:
             "--fsp-port 0 --streams off --scene wall --wall-distance 1500 --rate 0.5 --seed 77 "
             "--sensors-missing 3,7 --state ecu.json --calibration abort "
             "--calibration-seconds 0.25 --status 2=5 --status 4=9 --verbose --drop-replies 0.1 "
-            "--delay-replies 0.2 --delay-ms 900 --duplicate-replies 0.3 --corrupt-replies 0.4 "
+            "--delay-replies 0.2 --delay-ms 900 --delay-spread 50 --duplicate-replies 0.3 "
+            "--corrupt-replies 0.4 --garbage-replies 0.15 --stray-replies 0.25 "
             "--drop-stream 0.5 --duplicate-stream 0.6 --reorder-stream 0.7 --corrupt-stream 0.8 "
             "--garbage-stream 1"));
         const auto network = effectiveNetwork(read.network, std::nullopt);
@@ -75,6 +76,9 @@ private slots:
         QCOMPARE(read.replyFaults.drop, 0.1);
         QCOMPARE(read.replyFaults.delay, 0.2);
         QCOMPARE(read.replyFaults.delayMs, 900);
+        QCOMPARE(read.replyFaults.delaySpreadMs, 50);
+        QCOMPARE(read.replyFaults.garbage, 0.15);
+        QCOMPARE(read.replyFaults.stray, 0.25);
         QCOMPARE(read.replyFaults.duplicate, 0.3);
         QCOMPARE(read.replyFaults.corrupt, 0.4);
         QCOMPARE(read.streamFaults.drop, 0.5);

@@ -1,5 +1,8 @@
 #include "tools/ecu_simulator/FaultInjector.h"
 
+#include "orv_decoder/ControlFrame.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace ecusim {
@@ -9,6 +12,8 @@ namespace {
 // Numbers of the random sequences that share the run's seed; measurements have the lower ones.
 constexpr std::uint64_t kReplyDecisions = std::uint64_t{1} << 40;
 constexpr std::uint64_t kReplyBytes = kReplyDecisions + 1;
+constexpr std::uint64_t kReplyDelays = kReplyDecisions + 2;
+constexpr std::uint64_t kReplyForerunners = kReplyDecisions + 3;
 constexpr std::uint64_t kStreamDecisions = std::uint64_t{1} << 41;
 constexpr std::uint64_t kStreamBytes = std::uint64_t{1} << 42;
 
@@ -37,6 +42,15 @@ void damage(Datagram& datagram, SeededRandom& random)
         datagram[position] = randomByte(random);
 }
 
+constexpr int kCommandCount = 6;
+
+// A success without a payload.
+Datagram replyToAnotherCommand(const Datagram& reply)
+{
+    const int code = reply.empty() ? 0 : (reply.front() + 1) % kCommandCount;
+    return orv::encodeReply(static_cast<std::uint8_t>(code), {}, 0);
+}
+
 Datagram garbage(SeededRandom& random)
 {
     Datagram bytes(1 + random.below(kMaxGarbageSize));
@@ -48,7 +62,11 @@ Datagram garbage(SeededRandom& random)
 } // namespace
 
 ReplyFaults::ReplyFaults(const ReplyFaultShares& shares, std::uint64_t seed)
-    : mShares(shares), mDecisions(seed, kReplyDecisions), mBytes(seed, kReplyBytes)
+    : mShares(shares)
+    , mDecisions(seed, kReplyDecisions)
+    , mBytes(seed, kReplyBytes)
+    , mDelays(seed, kReplyDelays)
+    , mForerunners(seed, kReplyForerunners)
 {}
 
 FaultyReply ReplyFaults::apply(Datagram reply)
@@ -58,14 +76,27 @@ FaultyReply ReplyFaults::apply(Datagram reply)
     const bool isDelayed = mDecisions.chance(mShares.delay);
     const bool isDoubled = mDecisions.chance(mShares.duplicate);
     const bool isCorrupt = mDecisions.chance(mShares.corrupt);
+    const bool hasGarbage = mForerunners.chance(mShares.garbage);
+    const bool hasStray = mForerunners.chance(mShares.stray);
+    FaultyReply faulty;
     if (isDropped)
-        return {};
+        return faulty;
+    if (hasGarbage)
+        faulty.copies.push_back(garbage(mForerunners));
+    if (hasStray)
+        faulty.copies.push_back(replyToAnotherCommand(reply));
     if (isCorrupt)
         flipOneBit(reply, mBytes);
-    FaultyReply faulty{.copies = {std::move(reply)}, .delayMs = isDelayed ? mShares.delayMs : 0};
-    if (isDoubled)
-        faulty.copies.push_back(faulty.copies.front());
+    faulty.copies.insert(faulty.copies.end(), isDoubled ? 2 : 1, reply);
+    faulty.delayMs = isDelayed ? delayMs() : 0;
     return faulty;
+}
+
+int ReplyFaults::delayMs()
+{
+    const int spreadMs = mShares.delaySpreadMs;
+    const double delay = mShares.delayMs + mDelays.uniform(-spreadMs, spreadMs);
+    return std::max(1, static_cast<int>(delay));
 }
 
 StreamFaults::StreamFaults(const StreamFaultShares& shares, std::uint64_t seed,

@@ -17,7 +17,10 @@ struct ReplyFaultShares
     double delay = 0;
     double duplicate = 0;
     double corrupt = 0;
+    double garbage = 0; ///< of the replies that follow a datagram of random bytes
+    double stray = 0;   ///< of the replies that follow one to another command
     int delayMs = 700;
+    int delaySpreadMs = 0; ///< a delay is up to this much shorter or longer
 };
 
 /// Shares (0..1) of the datagrams of a stream that go wrong.
@@ -30,7 +33,7 @@ struct StreamFaultShares
     double garbage = 0; ///< of the good datagrams that follow one of random bytes
 };
 
-/// What is sent instead of one reply: nothing, or one or two copies after a delay.
+/// What is sent instead of one reply: nothing, or several datagrams after a delay.
 struct FaultyReply
 {
     std::vector<Datagram> copies;
@@ -47,9 +50,13 @@ public:
     FaultyReply apply(Datagram reply);
 
 private:
+    int delayMs();
+
     ReplyFaultShares mShares;
     SeededRandom mDecisions;
     SeededRandom mBytes;
+    SeededRandom mDelays;
+    SeededRandom mForerunners; // of datagrams that come before the reply
 };
 
 /// Spoils one live stream.

@@ -177,8 +177,12 @@ QList<QCommandLineOption> faultOptions()
         option("drop-replies", "Share of the replies that are lost, 0 to 1.", "share"),
         option("delay-replies", "Share of the replies that come late.", "share"),
         option("delay-ms", "How late they come, 0 to 60000 (700).", "ms"),
+        option("delay-spread", "Up to this much earlier or later, 0 to 60000 (0).", "ms"),
         option("duplicate-replies", "Share of the replies that come twice.", "share"),
         option("corrupt-replies", "Share of the replies with a flipped bit.", "share"),
+        option("garbage-replies", "Share of the replies with random bytes before.", "share"),
+        option("stray-replies", "Share of the replies with one to another command before.",
+               "share"),
         option("drop-stream", "Share of the live datagrams that are lost.", "share"),
         option("duplicate-stream", "Share of the live datagrams that come twice.", "share"),
         option("reorder-stream", "Share of the live datagrams that come after the next.", "share"),
@@ -216,7 +220,10 @@ ReplyFaultShares readReplyFaults(const OptionReader& reader)
             .delay = reader.share("delay-replies"),
             .duplicate = reader.share("duplicate-replies"),
             .corrupt = reader.share("corrupt-replies"),
-            .delayMs = static_cast<int>(reader.number("delay-ms", 0, 60000, defaults.delayMs))};
+            .garbage = reader.share("garbage-replies"),
+            .stray = reader.share("stray-replies"),
+            .delayMs = static_cast<int>(reader.number("delay-ms", 0, 60000, defaults.delayMs)),
+            .delaySpreadMs = static_cast<int>(reader.number("delay-spread", 0, 60000, 0))};
 }
 
 StreamFaultShares readStreamFaults(const OptionReader& reader)

@@ -1,10 +1,12 @@
 #include "ecu/link/EcuLink.h"
 #include "ecu/store/NetworkSettings.h"
 #include "tests/support/LoopbackEcu.h"
+#include "tests/support/OpenDescriptors.h"
 
 #include <QtTest>
 
 #include <atomic>
+#include <cstdlib>
 #include <thread>
 
 class TestEcuLink : public QObject
@@ -17,9 +19,18 @@ private slots:
     void drainTellsWhetherAnythingCame();
     void drainEmptiesBothStreams();
     void floodDoesNotHoldTheDrain();
-    void discardDropsWhatTheSystemBuffered();
+    void junkDoesNotEndTheDrain();
+    void takePassesOverJunk();
+    void reopenDropsWhatTheSystemBuffered();
+    void portThatSomebodyHoldsIsAProblem();
+    void portThatSomebodySharesIsAProblem();
+    void oneStreamDoesNotTakeTheOthersPort();
+    void closedStreamOpensOnceItsPortIsFree();
+    void streamsMayExchangeTheirPorts();
     void probeReadsTheFirmwareVersion();
     void probeOfASilentEcuFails();
+    void probeWaitsForAShortTimeOnly();
+    void probeLeavesTheConfiguredTimeout();
     void reconnectMovesAllThreeSockets();
 
 private:
@@ -71,10 +82,8 @@ void TestEcuLink::drainEmptiesBothStreams()
         mEcu->stream(mFreespacePort, kFreespace);
     }
     QVERIFY(link.drain());
-    orv::OrvMeasurementResult result;
-    orv::OrvFreespacePackage package;
-    QVERIFY(!link.take(result, 1));
-    QVERIFY(!link.take(package, 1));
+    QVERIFY(!link.measurements().take(0));
+    QVERIFY(!link.freespaces().take(0));
 }
 
 void TestEcuLink::floodDoesNotHoldTheDrain()
@@ -95,17 +104,123 @@ void TestEcuLink::floodDoesNotHoldTheDrain()
     QVERIFY2(stillSending, "the drain came back only when the sender had ended");
 }
 
-void TestEcuLink::discardDropsWhatTheSystemBuffered()
+void TestEcuLink::junkDoesNotEndTheDrain()
+{
+    EcuLink link(network());
+    mEcu->stream(mReceivePort, {});
+    mEcu->stream(mReceivePort, {1, 2, 3});
+    mEcu->stream(mFreespacePort, {1, 2, 3});
+    QVERIFY(!link.drain());
+    for (const auto& datagram : {LoopbackEcu::Frame{}, {1, 2, 3}, kMeasurement, {}, {9}})
+        mEcu->stream(mReceivePort, datagram);
+    QVERIFY(link.drain());
+    QVERIFY(!link.measurements().take(0));
+}
+
+void TestEcuLink::takePassesOverJunk()
+{
+    EcuLink link(network());
+    for (int i = 0; i < 50; ++i)
+        mEcu->stream(mReceivePort, {1, 2, 3});
+    mEcu->stream(mReceivePort, {});
+    mEcu->stream(mReceivePort, kMeasurement);
+    QVERIFY(link.measurements().take(0));
+    QVERIFY(!link.measurements().take(0));
+}
+
+void TestEcuLink::reopenDropsWhatTheSystemBuffered()
 {
     EcuLink link(network());
     mEcu->stream(mReceivePort, kMeasurement);
-    orv::OrvMeasurementResult result;
-    QVERIFY(link.take(result, 10));
+    QVERIFY(link.measurements().take(0));
     mEcu->stream(mReceivePort, kMeasurement);
-    link.discardMeasurementResults();
-    QVERIFY(!link.take(result, 10));
+    link.measurements().reopen();
+    QVERIFY(!link.measurements().take(0));
     mEcu->stream(mReceivePort, kMeasurement);
-    QVERIFY(link.take(result, 10));
+    QVERIFY(link.measurements().take(0));
+}
+
+void TestEcuLink::portThatSomebodyHoldsIsAProblem()
+{
+    LoopbackPeer holder;
+    EcuLink link({"127.0.0.1", mEcu->port(), holder.port(), mFreespacePort});
+    QVERIFY(!link.measurements().isOpen());
+    QVERIFY(link.freespaces().isOpen());
+    const PortProblem problem{holder.port(), "Address already in use"};
+    QCOMPARE(link.portProblems(), std::vector{problem});
+    QVERIFY(!link.measurements().take(1));
+}
+
+// The system itself would let both have it, and give the data to the second one alone.
+void TestEcuLink::portThatSomebodySharesIsAProblem()
+{
+    orv::OrvUdpSocket sharer(mFreespacePort);
+    QVERIFY(sharer.open());
+    EcuLink link(network());
+    const PortProblem problem{mFreespacePort, "Address already in use"};
+    QCOMPARE(link.portProblems(), std::vector{problem});
+    mEcu->stream(mFreespacePort, kFreespace);
+    QVERIFY(sharer.waitForDatagram(0));
+}
+
+void TestEcuLink::oneStreamDoesNotTakeTheOthersPort()
+{
+    EcuLink link({"127.0.0.1", mEcu->port(), mReceivePort, mReceivePort});
+    QVERIFY(link.measurements().isOpen());
+    const PortProblem problem{mReceivePort, "Address already in use"};
+    QCOMPARE(link.portProblems(), std::vector{problem});
+}
+
+void TestEcuLink::closedStreamOpensOnceItsPortIsFree()
+{
+    auto holder = std::make_unique<LoopbackPeer>();
+    const std::uint16_t port = holder->port();
+    EcuLink link({"127.0.0.1", mEcu->port(), mReceivePort, port});
+    link.openClosedStreams();
+    QCOMPARE(link.portProblems().size(), std::size_t{1});
+    holder.reset();
+    mEcu->stream(mReceivePort, kMeasurement);
+    link.openClosedStreams();
+    QVERIFY(link.portProblems().empty());
+    QVERIFY2(link.measurements().take(0), "the open stream was opened anew");
+    mEcu->stream(port, kFreespace);
+    QVERIFY(link.freespaces().take(0));
+}
+
+void TestEcuLink::streamsMayExchangeTheirPorts()
+{
+    EcuLink link(network());
+    link.reconnect({"127.0.0.1", mEcu->port(), mFreespacePort, mReceivePort});
+    QVERIFY(link.portProblems().empty());
+    mEcu->stream(mFreespacePort, kMeasurement);
+    QVERIFY(link.measurements().take(0));
+}
+
+void TestEcuLink::probeWaitsForAShortTimeOnly()
+{
+    EcuLink link(network());
+    mEcu->setHandler([](const orv::ControlRequest& request) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        return orv::encodeReply(request.code, LoopbackEcu::Frame{2, 14, 0}, 0);
+    });
+    orv::FirmwareVersion version;
+    QVERIFY(!link.probe(version));
+}
+
+void TestEcuLink::probeLeavesTheConfiguredTimeout()
+{
+    const auto before = openDescriptors();
+    EcuLink link(network());
+    orv::FirmwareVersion version;
+    QVERIFY(!link.probe(version));
+    mEcu->answerAll({2, 14, 0});
+    QVERIFY(link.probe(version));
+    int configured = 0;
+    for (const int descriptor : openDescriptors()) {
+        if (!before.count(descriptor))
+            configured += std::abs(static_cast<int>(receiveTimeoutMsOf(descriptor)) - 500) <= 10;
+    }
+    QCOMPARE(configured, 1);
 }
 
 void TestEcuLink::probeReadsTheFirmwareVersion()
@@ -139,14 +254,12 @@ void TestEcuLink::reconnectMovesAllThreeSockets()
     orv::FirmwareVersion version;
     QVERIFY(link.probe(version));
     QCOMPARE(version.text(), std::string("3.0.1"));
-    orv::OrvMeasurementResult result;
     mEcu->stream(mReceivePort, kMeasurement);
-    QVERIFY(!link.take(result, 10));
+    QVERIFY(!link.measurements().take(0));
     mEcu->stream(receivePort, kMeasurement);
-    QVERIFY(link.take(result, 10));
-    orv::OrvFreespacePackage package;
+    QVERIFY(link.measurements().take(0));
     mEcu->stream(freespacePort, kFreespace);
-    QVERIFY(link.take(package, 10));
+    QVERIFY(link.freespaces().take(0));
 }
 
 QTEST_GUILESS_MAIN(TestEcuLink)

@@ -1,0 +1,196 @@
+#include "orv_decoder/OrvCtrlClient.h"
+#include "orv_decoder/OrvCtrlSocket.h"
+#include "orv_decoder/constants.h"
+#include "tests/support/LoopbackPeer.h"
+#include "tests/support/OpenDescriptors.h"
+#include "tests/support/SimulatorProcess.h"
+
+#include <QtTest>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+namespace {
+
+using orv::SensorThreshold;
+
+// Every sensor's record tells whose it is and in which round it was written.
+SensorThreshold recordOf(std::uint8_t sensor, std::uint8_t round)
+{
+    SensorThreshold record;
+    record.valid = true;
+    record.sensorId = sensor;
+    record.entries.fill(static_cast<std::uint8_t>(16 * round + sensor));
+    record.scale = 1;
+    return record;
+}
+
+std::vector<orv::MseqStep> sequenceOf(std::uint8_t round)
+{
+    return std::vector<orv::MseqStep>(round % 12 + 1U, {.valid = true, .activeMask = round});
+}
+
+std::uint16_t localPortOf(int descriptor)
+{
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    ::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size);
+    return ntohs(address.sin_port);
+}
+
+} // namespace
+
+/// The client on its real socket against a simulated ECU whose replies go wrong.
+class TestFaultyControlLink : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { mClient.reset(); }
+    void cleanup();
+
+    void everyReplyTwice();
+    void everyReplyAfterAStrayOne();
+    void repliesAroundTheTimeout_data();
+    void repliesAroundTheTimeout();
+    void doubledSuccessDoesNotHideARefusal();
+    void lateReplyInTheMiddleOfAWholeRead();
+    void floodOfTheControlPort();
+
+private:
+    void connectTo(const QStringList& simulatorArguments);
+    bool readsItsOwn(std::uint8_t sensor, std::uint8_t round);
+
+    std::unique_ptr<SimulatorProcess> mEcu;
+    std::unique_ptr<orv::OrvCtrlSocket> mSocket;
+    std::unique_ptr<orv::OrvCtrlClient> mClient;
+    std::uint16_t mLocalPort = 0;
+};
+
+void TestFaultyControlLink::cleanup()
+{
+    mClient.reset();
+    mSocket.reset();
+    mEcu.reset();
+}
+
+void TestFaultyControlLink::connectTo(const QStringList& simulatorArguments)
+{
+    mEcu = std::make_unique<SimulatorProcess>(QStringList{"--streams", "off"} + simulatorArguments);
+    QVERIFY(mEcu->isListening());
+    const auto before = openDescriptors();
+    mSocket = std::make_unique<orv::OrvCtrlSocket>("127.0.0.1", mEcu->controlPort());
+    mClient = std::make_unique<orv::OrvCtrlClient>(mSocket.get());
+    orv::FirmwareVersion version;
+    mClient->readFirmwareVersion(version); // the system picks the local port
+    mLocalPort = localPortOf(descriptorSince(before));
+}
+
+bool TestFaultyControlLink::readsItsOwn(std::uint8_t sensor, std::uint8_t round)
+{
+    SensorThreshold record;
+    return mClient->readThresholds(sensor, record) && record == recordOf(sensor, round);
+}
+
+void TestFaultyControlLink::everyReplyTwice()
+{
+    connectTo({"--duplicate-replies", "1"});
+    for (std::uint8_t round = 1; round <= 10; ++round) {
+        for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
+            QVERIFY(mClient->writeThresholds(recordOf(sensor, round), true));
+            QVERIFY2(readsItsOwn(sensor, round), mClient->lastError().c_str());
+        }
+        QVERIFY(mClient->writeMeasurementSequence(sequenceOf(round)));
+        std::vector<orv::MseqStep> steps;
+        QVERIFY2(mClient->readMeasurementSequence(steps), mClient->lastError().c_str());
+        QVERIFY(steps == sequenceOf(round));
+    }
+}
+
+void TestFaultyControlLink::everyReplyAfterAStrayOne()
+{
+    connectTo({"--stray-replies", "1", "--duplicate-replies", "0.5"});
+    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
+        QVERIFY2(mClient->writeThresholds(recordOf(sensor, 3), true), mClient->lastError().c_str());
+        QVERIFY2(readsItsOwn(sensor, 3), mClient->lastError().c_str());
+    }
+}
+
+void TestFaultyControlLink::repliesAroundTheTimeout_data()
+{
+    QTest::addColumn<int>("timeoutMs");
+    QTest::newRow("of 500 ms") << 500;
+    QTest::newRow("of 100 ms") << 100;
+}
+
+// Of a delayed reply it is left to chance whether it comes in time: what is read is right or is
+// told to be missing.
+void TestFaultyControlLink::repliesAroundTheTimeout()
+{
+    QFETCH(int, timeoutMs);
+    const QString delay = QString::number(timeoutMs);
+    connectTo({"--delay-replies", "0.3", "--delay-ms", delay, "--delay-spread", "40"});
+    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
+        while (!mClient->writeThresholds(recordOf(sensor, 5), true))
+            QCOMPARE(mClient->lastError(), std::string("socket: receive timeout"));
+    }
+    QTest::qWait(timeoutMs + 50); // no acknowledgement of a write is on its way any more
+    mSocket->setReceiveTimeout(static_cast<std::uint32_t>(timeoutMs));
+    constexpr int kReads = 2 * orv::kSensorCount;
+    int told = 0;
+    for (int i = 0; i < kReads; ++i) {
+        const auto sensor = static_cast<std::uint8_t>(i % orv::kSensorCount);
+        SensorThreshold record;
+        if (mClient->readThresholds(sensor, record)) {
+            QVERIFY(record == recordOf(sensor, 5));
+            continue;
+        }
+        ++told;
+        QVERIFY2(mClient->lastError() == "socket: receive timeout" ||
+                     mClient->lastError() == "wrong sensor id",
+                 mClient->lastError().c_str());
+    }
+    QVERIFY(told < kReads);
+}
+
+void TestFaultyControlLink::doubledSuccessDoesNotHideARefusal()
+{
+    connectTo({"--duplicate-replies", "1"});
+    SensorThreshold refused = recordOf(2, 1);
+    refused.scale = 9;
+    for (int i = 0; i < 5; ++i) {
+        QVERIFY(mClient->writeThresholds(recordOf(2, 1), true));
+        QVERIFY(!mClient->writeThresholds(refused, true));
+        QCOMPARE(mClient->lastError(), std::string("ECU error (5)"));
+    }
+}
+
+void TestFaultyControlLink::lateReplyInTheMiddleOfAWholeRead()
+{
+    connectTo({});
+    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor)
+        QVERIFY(mClient->writeThresholds(recordOf(sensor, 4), true));
+    LoopbackPeer late;
+    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
+        const auto stranger = static_cast<std::uint8_t>((sensor + 5) % orv::kSensorCount);
+        auto payload = orv::encodeThreshold(recordOf(stranger, 9));
+        late.sendTo(mLocalPort, orv::encodeReply(1, payload, 0));
+        late.sendTo(mLocalPort, {});
+        QVERIFY2(readsItsOwn(sensor, 4), mClient->lastError().c_str());
+    }
+}
+
+void TestFaultyControlLink::floodOfTheControlPort()
+{
+    connectTo({});
+    QVERIFY(mClient->writeThresholds(recordOf(7, 2), true));
+    LoopbackPeer flood;
+    for (int i = 0; i < 5000; ++i)
+        flood.sendTo(mLocalPort,
+                     std::vector<std::uint8_t>(static_cast<std::size_t>(i % 100), 0x55));
+    for (int i = 0; i < 10; ++i)
+        QVERIFY2(readsItsOwn(7, 2), mClient->lastError().c_str());
+}
+
+QTEST_GUILESS_MAIN(TestFaultyControlLink)
+#include "test_faulty_control_link.moc"
