@@ -1,10 +1,16 @@
 #include "app/WindowState.h"
 
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/settings_store.h"
 
 #include <QSettings>
 
 #include <utility>
+
+namespace {
+
+const QString kGroup = QStringLiteral("main_window");
+
+} // namespace
 
 void WindowState::add(const QString& key, Save save, Restore restore)
 {
@@ -13,7 +19,7 @@ void WindowState::add(const QString& key, Save save, Restore restore)
 
 void WindowState::save(QSettings& store) const
 {
-    store.beginGroup(settings::kWindowGroup);
+    store.beginGroup(kGroup);
     for (const Part& part : mParts)
         store.setValue(part.key, part.save());
     store.endGroup();
@@ -21,9 +27,9 @@ void WindowState::save(QSettings& store) const
 
 bool WindowState::restore(QSettings& store) const
 {
-    if (!settings::hasGroup(store, settings::kWindowGroup))
+    if (!settings::hasGroup(store, kGroup))
         return false;
-    store.beginGroup(settings::kWindowGroup);
+    store.beginGroup(kGroup);
     for (const Part& part : mParts) {
         if (store.contains(part.key))
             part.restore(store.value(part.key).toByteArray());
