@@ -27,7 +27,6 @@
 namespace {
 
 constexpr int kConnectionMessageMs = 5000;
-constexpr int kStateVersion = 0;
 constexpr int kFirstDockHeight = 300;
 
 } // namespace
@@ -78,6 +77,7 @@ void TarvioWindow::initViews()
 {
     createMdiViews();
     styleDockTitles();
+    arrangeDocks();
     restoreWindowState();
     handOutControlClient();
     fillViewMenu();
@@ -119,17 +119,11 @@ void TarvioWindow::styleDockTitles()
 
 void TarvioWindow::restoreWindowState()
 {
-    mWindowState.add(
-        QStringLiteral("geometry"), [this] { return saveGeometry(); },
-        [this](const QByteArray& geometry) { restoreGeometry(geometry); });
-    mWindowState.add(
-        QStringLiteral("state"), [this] { return saveState(kStateVersion); },
-        [this](const QByteArray& state) { restoreState(state, kStateVersion); });
+    mWindowState.addWindow(this);
     mWindowState.addView(QStringLiteral("live_view"), mLiveView);
     mWindowState.addView(QStringLiteral("freespaces_view"), mFreespacesView);
     mWindowState.addView(QStringLiteral("thresholds_view"), mUi->mThresholdView);
-    if (!mWindowState.restore(*mSettings))
-        arrangeDocks();
+    mWindowState.restore(*mSettings);
 }
 
 void TarvioWindow::arrangeDocks()
