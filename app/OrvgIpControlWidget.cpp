@@ -140,7 +140,13 @@ void OrvgIpControlWidget::startTyping()
 bool OrvgIpControlWidget::eventFilter(QObject* watched, QEvent* event)
 {
     const int index = indexOf(watched);
-    return index == kNoField ? QFrame::eventFilter(watched, event) : handleFieldEvent(index, event);
+    if (index == kNoField)
+        return QFrame::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress)
+        return handleKey(index, *static_cast<QKeyEvent*>(event));
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::FocusOut)
+        mMovedOnTo = kNoField;
+    return false;
 }
 
 void OrvgIpControlWidget::slotTextChanged(QLineEdit* pEdit)
@@ -191,20 +197,6 @@ OctetField OrvgIpControlWidget::stateOf(int index) const
             .cursor = field->cursorPosition(),
             .hasSelection = field->hasSelectedText(),
             .wasMovedTo = mMovedOnTo == index};
-}
-
-bool OrvgIpControlWidget::handleFieldEvent(int index, QEvent* event)
-{
-    switch (event->type()) {
-    case QEvent::KeyPress:
-        return handleKey(index, *static_cast<QKeyEvent*>(event));
-    case QEvent::MouseButtonPress:
-    case QEvent::FocusOut:
-        mMovedOnTo = kNoField;
-        return false;
-    default:
-        return false;
-    }
 }
 
 bool OrvgIpControlWidget::handleKey(int index, QKeyEvent& event)

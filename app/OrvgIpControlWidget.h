@@ -66,7 +66,6 @@ private:
     void moveToEndOf(int index);
 
     OctetField stateOf(int index) const;
-    bool handleFieldEvent(int index, QEvent* event);
     bool handleKey(int index, QKeyEvent& event);
     bool act(OctetKeyAction action, int index, QKeyEvent& event);
     bool sendTo(int index, QKeyEvent& event);
