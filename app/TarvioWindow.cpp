@@ -3,11 +3,10 @@
 #include "app/ConfigurationViews.h"
 #include "app/DockTitleStyle.h"
 #include "app/FixedSubWindow.h"
+#include "app/LinkDisplay.h"
 #include "app/OrvgAboutDialog.h"
 #include "app/OrvgConnectionSettingsDialog.h"
-#include "app/OrvgStatusWidget.h"
 #include "app/SettingsExchange.h"
-#include "app/StatusMessages.h"
 #include "ecu/configuration/NetworkSection.h"
 #include "ecu/link/EcuLink.h"
 #include "ecu/link/LinkSupervisor.h"
@@ -22,11 +21,13 @@
 #include <QEvent>
 #include <QIcon>
 #include <QMdiSubWindow>
+#include <QScreen>
 #include <QSettings>
+#include <QStyle>
+#include <QTabBar>
 
 namespace {
 
-constexpr int kConnectionMessageMs = 5000;
 constexpr int kFirstDockHeight = 300;
 
 } // namespace
@@ -42,7 +43,6 @@ TarvioWindow::TarvioWindow(QWidget* parent)
     mSupervisor = std::make_unique<LinkSupervisor>(*mLink);
     createConfigurationCommands();
     initViews();
-    connectSupervision();
     mSupervisor->start();
 }
 
@@ -77,12 +77,11 @@ void TarvioWindow::initViews()
 {
     createMdiViews();
     styleDockTitles();
-    arrangeDocks();
     restoreWindowState();
     handOutControlClient();
     fillViewMenu();
     keepToolBar();
-    createStatusWidget();
+    new LinkDisplay(*mSupervisor, statusBar());
     connectLiveData();
     connectActions();
 }
@@ -95,6 +94,7 @@ void TarvioWindow::createMdiViews()
     connect(mFreespacesView, &OrvgFreespacesView::editModeActivated, this,
             &TarvioWindow::onActivateSensorView);
     addSubWindow(mFreespacesView);
+    makeRoomForTabs();
     // The live echoes come first, but being shown brings the last sub-window to the front.
     QMetaObject::invokeMethod(
         mUi->mMdiArea, [this, liveWindow] { mUi->mMdiArea->setActiveSubWindow(liveWindow); },
@@ -107,6 +107,14 @@ QMdiSubWindow* TarvioWindow::addSubWindow(QWidget* view)
     mUi->mMdiArea->addSubWindow(window);
     window->showFixed();
     return window;
+}
+
+// The area asks for the height of its views, but shows their tabs besides.
+void TarvioWindow::makeRoomForTabs()
+{
+    const auto* tabs = mUi->mMdiArea->findChild<QTabBar*>();
+    mUi->mMdiArea->setMinimumHeight(mUi->mMdiArea->minimumSizeHint().height() +
+                                    tabs->sizeHint().height());
 }
 
 void TarvioWindow::styleDockTitles()
@@ -123,6 +131,7 @@ void TarvioWindow::restoreWindowState()
     mWindowState.addView(QStringLiteral("live_view"), mLiveView);
     mWindowState.addView(QStringLiteral("freespaces_view"), mFreespacesView);
     mWindowState.addView(QStringLiteral("thresholds_view"), mUi->mThresholdView);
+    arrangeDocks();
     mWindowState.restore(*mSettings);
 }
 
@@ -134,6 +143,13 @@ void TarvioWindow::arrangeDocks()
     mUi->thresholdDock->raise();
     // By their size hints the docks would leave the live echoes a single timeline.
     resizeDocks({mUi->thresholdDock}, {kFirstDockHeight}, Qt::Vertical);
+    fitOnScreen();
+}
+
+void TarvioWindow::fitOnScreen()
+{
+    const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+    resize(size().boundedTo(screen()->availableSize() - QSize(0, titleBar)));
 }
 
 void TarvioWindow::handOutControlClient()
@@ -161,20 +177,18 @@ void TarvioWindow::keepToolBar()
     mUi->mainToolBar->toggleViewAction()->setVisible(false);
 }
 
-void TarvioWindow::createStatusWidget()
-{
-    mMessages = new StatusMessages(statusBar());
-    mStatusWidget = new OrvgStatusWidget(statusBar());
-    statusBar()->addPermanentWidget(mStatusWidget);
-}
-
 void TarvioWindow::connectLiveData()
 {
+    connect(mSupervisor.get(), &LinkSupervisor::measurementReceived, this,
+            &TarvioWindow::measResultReceived);
+    connect(mSupervisor.get(), &LinkSupervisor::freespaceReceived, this,
+            &TarvioWindow::freespaceReceived);
     connect(this, &TarvioWindow::measResultReceived, mLiveView, &OrvgLiveView::onNewMeasResult);
     connect(this, &TarvioWindow::measResultReceived, mUi->mThresholdView,
             &OrvgThresholdView::onNewMeasResult);
     connect(this, &TarvioWindow::freespaceReceived, mFreespacesView,
             &OrvgFreespacesView::onNewFreespacePackage);
+    connect(mSupervisor.get(), &LinkSupervisor::firstContact, this, &TarvioWindow::syncFromEcu);
 }
 
 void TarvioWindow::connectActions()
@@ -189,26 +203,6 @@ void TarvioWindow::connectActions()
     connect(mUi->actionExit, &QAction::triggered, this, &TarvioWindow::close);
     connect(mUi->actionSyncFromECU, &QAction::triggered, this, &TarvioWindow::syncFromEcu);
     connect(mUi->actionTransmitToECU, &QAction::triggered, this, &TarvioWindow::transmitToEcu);
-}
-
-void TarvioWindow::connectSupervision()
-{
-    const LinkSupervisor* supervisor = mSupervisor.get();
-    connect(supervisor, &LinkSupervisor::measurementReceived, this,
-            &TarvioWindow::measResultReceived);
-    connect(supervisor, &LinkSupervisor::freespaceReceived, this, &TarvioWindow::freespaceReceived);
-    connect(supervisor, &LinkSupervisor::stateChanged, this,
-            [this](const LinkSupervisor::State& state) {
-                mStatusWidget->setConnected(state.connected);
-                mStatusWidget->setNoLiveData(state.noLiveData);
-            });
-    connect(supervisor, &LinkSupervisor::found, this, &TarvioWindow::announceConnection);
-    connect(supervisor, &LinkSupervisor::firstContact, this, &TarvioWindow::syncFromEcu);
-    connect(supervisor, &LinkSupervisor::lost, this,
-            [this] { mMessages->tell(tr("Connection to ECU lost")); });
-    connect(supervisor, &LinkSupervisor::portsMissed, this, &TarvioWindow::showPortProblems);
-    connect(supervisor, &LinkSupervisor::portProblemsChanged, this,
-            &TarvioWindow::showPortProblems);
 }
 
 // The empty status tip of a menu entry would wipe out what the bar says.
@@ -244,25 +238,6 @@ void TarvioWindow::onStatusTimeout()
 bool TarvioWindow::checkConnection()
 {
     return mSupervisor->checkConnection();
-}
-
-void TarvioWindow::announceConnection(const orv::FirmwareVersion& version)
-{
-    mStatusWidget->setFirmwareVersion(version);
-    mMessages->tell(
-        tr("ECU (re)connected. Firmware version: %1").arg(mStatusWidget->firmwareVersion()),
-        kConnectionMessageMs);
-}
-
-void TarvioWindow::showPortProblems()
-{
-    QStringList texts;
-    for (const PortProblem& problem : mSupervisor->portProblems())
-        texts.append(tr("Can't receive on port %1: %2")
-                         .arg(problem.port)
-                         .arg(QString::fromStdString(problem.reason)));
-    mStatusWidget->setTroubles(texts);
-    mMessages->setTrouble(texts.join(QStringLiteral(" ")));
 }
 
 // The poll is left running when the dialog is closed: the recording shares it with the views, and

@@ -13,17 +13,11 @@ class EcuSynchronisation;
 class LinkSupervisor;
 class OrvgFreespacesView;
 class OrvgLiveView;
-class OrvgStatusWidget;
 class QMdiSubWindow;
 class QSettings;
 class QXmlStreamReader;
 class SettingsExchange;
-class StatusMessages;
 struct SettingsSection;
-
-namespace orv {
-struct FirmwareVersion;
-}
 
 namespace Ui {
 class MainWindow;
@@ -67,20 +61,16 @@ private:
     void initViews();
     void createMdiViews();
     QMdiSubWindow* addSubWindow(QWidget* view);
+    void makeRoomForTabs();
     void styleDockTitles();
     void restoreWindowState();
     void arrangeDocks();
+    void fitOnScreen();
     void handOutControlClient();
     void fillViewMenu();
     void keepToolBar();
-    void createStatusWidget();
     void connectLiveData();
     void connectActions();
-    void connectSupervision();
-
-    void announceConnection(const orv::FirmwareVersion& version);
-    void showPortProblems();
-
     void syncFromEcu();
     void transmitToEcu();
     bool importNetworkSection(QXmlStreamReader& reader, std::string& errString);
@@ -93,7 +83,5 @@ private:
     std::unique_ptr<SettingsExchange> mSettingsExchange;
     OrvgLiveView* mLiveView = nullptr;             // child, in an MDI sub-window
     OrvgFreespacesView* mFreespacesView = nullptr; // child, in an MDI sub-window
-    OrvgStatusWidget* mStatusWidget = nullptr;     // child of the status bar
-    StatusMessages* mMessages = nullptr;           // child of the status bar
     WindowState mWindowState;
 };

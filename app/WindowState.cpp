@@ -16,18 +16,11 @@ QRect desktopOf(const QWidget& window)
     return window.screen()->virtualGeometry();
 }
 
-// On the smallest screens the program is larger than the desktop from the start.
-QSize largestSizeOf(const QWidget& window)
-{
-    return desktopOf(window).size().expandedTo(window.size());
-}
-
 // Docks side by side may need more room than there is.
-void restoreDocks(QMainWindow& window, const QByteArray& state)
+void restoreDocks(QMainWindow& window, const QByteArray& state, const QSize& largest)
 {
     const QByteArray own = window.saveState(kDocksVersion);
     const QSize size = window.size();
-    const QSize largest = largestSizeOf(window);
     window.restoreState(state, kDocksVersion);
     const QSize needed = window.minimumSizeHint();
     if (needed.width() <= largest.width() && needed.height() <= largest.height())
@@ -42,11 +35,13 @@ void restoreDocks(QMainWindow& window, const QByteArray& state)
 
 void WindowState::addWindow(QMainWindow* window)
 {
+    // A window may be larger than the smallest screens, but no larger than it was made for.
+    const QSize largest = desktopOf(*window).size().expandedTo(window->size());
     add({.key = QStringLiteral("geometry"),
          .save = [window] { return window->saveGeometry(); },
          .isSound =
-             [window](const QByteArray& geometry) {
-                 return isSoundGeometry(geometry, desktopOf(*window), largestSizeOf(*window));
+             [=](const QByteArray& geometry) {
+                 return isSoundGeometry(geometry, desktopOf(*window), largest);
              },
          .restore = [window](const QByteArray& geometry) { window->restoreGeometry(geometry); }});
     add({.key = QStringLiteral("state"),
@@ -56,7 +51,7 @@ void WindowState::addWindow(QMainWindow* window)
                  return isSoundDockState(state, window->saveState(kDocksVersion),
                                          desktopOf(*window));
              },
-         .restore = [window](const QByteArray& state) { restoreDocks(*window, state); }});
+         .restore = [=](const QByteArray& state) { restoreDocks(*window, state, largest); }});
 }
 
 void WindowState::save(QSettings& store) const

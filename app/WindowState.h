@@ -32,7 +32,8 @@ public:
 
     void add(Part part) { mParts.push_back(std::move(part)); }
 
-    /// Adds the geometry of the window and the layout of its docks.
+    /// Adds the geometry of the window and the layout of its docks. The window has its first size
+    /// and its docks; neither becomes larger than that or the desktop.
     void addWindow(QMainWindow* window);
 
     /// Adds a view whose saveState() and restoreState() are those of its splitter.

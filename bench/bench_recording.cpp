@@ -1,11 +1,11 @@
 #include "ecu/recording/recording_pattern.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
-#include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/SimulatorProcess.h"
 #include "views/recording/OrvgCurveRecordingDialog.h"
 
 #include <QApplication>
+#include <QMessageBox>
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -91,18 +91,26 @@ public:
         for (const orv::OrvMeasurementResult& result : mResults)
             mDialog.onNewMeasResult(result);
         const Times times{Clock::now() - start, mSocket.takeElapsed()};
-        const int boxes = mWatcher.boxes().size();
         mDialog.onNewMeasResult(resultAt(kEndPosition));
-        if (mWatcher.boxes().size() != boxes + 1 || !mClient.lastError().empty())
+        if (!answerBox() || !mClient.lastError().empty())
             return std::nullopt;
         return times;
     }
 
 private:
+    // False when none opened.
+    bool answerBox()
+    {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box)
+            return false;
+        box->accept();
+        return true;
+    }
+
     SimulatorProcess mEcu{{"--streams", "off"}};
     TimedSocket mSocket{mEcu.controlPort()};
     orv::OrvCtrlClient mClient{&mSocket};
-    MessageBoxWatcher mWatcher;
     OrvgCurveRecordingDialog mDialog{&mClient, nullptr};
     std::vector<orv::OrvMeasurementResult> mResults = recordedResults();
 };

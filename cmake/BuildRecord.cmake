@@ -1,25 +1,19 @@
-# Writes build_info.cpp: what the About dialog says about the link library that is running.
-# A tree without git (a source archive) says "unknown".
-find_package(Git QUIET)
-
-function(tarvio_git result)
-  set(output "")
-  if(Git_FOUND)
-    execute_process(COMMAND "${GIT_EXECUTABLE}" ${ARGN}
-      WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}"
-      OUTPUT_VARIABLE output OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
-  endif()
-  if(output STREQUAL "")
-    set(output "unknown")
-  endif()
-  set(${result} "${output}" PARENT_SCOPE)
-endfunction()
-
-tarvio_git(ORV_COMMIT_ID rev-parse --short=7 HEAD)
-tarvio_git(ORV_COMMIT_DATE log -1 --format=%cs)
-set(ORV_CONFIGURATION "${CMAKE_BUILD_TYPE}")
-if(ORV_CONFIGURATION STREQUAL "")
-  set(ORV_CONFIGURATION "Release")
+# Provides build_info.cpp: what the About dialog says about the link library that is running. It is
+# looked after at each build, not only when CMake runs. A tree without git (a source archive) says
+# "unknown".
+set(configuration "${CMAKE_BUILD_TYPE}")
+if(configuration STREQUAL "")
+  set(configuration "Release")
 endif()
-configure_file("${PROJECT_SOURCE_DIR}/orv_decoder/build_info.cpp.in"
-  "${CMAKE_CURRENT_BINARY_DIR}/build_info.cpp" @ONLY)
+set(build_info "${CMAKE_CURRENT_BINARY_DIR}/build_info.cpp")
+add_custom_target(build_record
+  COMMAND "${CMAKE_COMMAND}"
+    "-DSOURCE_DIR=${PROJECT_SOURCE_DIR}"
+    "-DTEMPLATE=${PROJECT_SOURCE_DIR}/orv_decoder/build_info.cpp.in"
+    "-DOUTPUT=${build_info}"
+    "-DCONFIGURATION=${configuration}"
+    "-DVERSION=${PROJECT_VERSION}"
+    -P "${PROJECT_SOURCE_DIR}/cmake/WriteBuildRecord.cmake"
+  BYPRODUCTS "${build_info}"
+  COMMENT "Looking at the commit"
+  VERBATIM)

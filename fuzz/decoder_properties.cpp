@@ -87,6 +87,21 @@ Bytes withRightChecksum(std::span<const std::uint8_t> bytes)
     return frame;
 }
 
+// What was in the record before must not show.
+template<typename T>
+bool decodesTheSameIntoAUsedRecord(std::span<const std::uint8_t> bytes, const T& fresh, T used)
+{
+    return orv::decodeInto(bytes, used) == fresh.valid && used == fresh;
+}
+
+orv::OrvMeasurementResult usedResult()
+{
+    orv::OrvMeasurementResult result;
+    for (const std::uint8_t sensor : Bytes{0, 3, 11, 200})
+        result.echoes[sensor].resize(sensor + 1U);
+    return result;
+}
+
 bool replyHolds(const Bytes& frame)
 {
     OneReplySocket socket(frame);
@@ -99,6 +114,8 @@ bool replyHolds(const Bytes& frame)
 bool measurementDecoderHolds(std::span<const std::uint8_t> bytes)
 {
     const auto result = orv::decodeMeasurementResult(bytes);
+    if (!decodesTheSameIntoAUsedRecord(bytes, result, usedResult()))
+        return false;
     if (!result.valid)
         return true;
     const Bytes encoded = orv::encodeMeasurementResult(result);
@@ -108,6 +125,9 @@ bool measurementDecoderHolds(std::span<const std::uint8_t> bytes)
 bool freespaceDecoderHolds(std::span<const std::uint8_t> bytes)
 {
     const auto package = orv::decodeFreespacePackage(bytes);
+    if (!decodesTheSameIntoAUsedRecord(
+            bytes, package, {.valid = true, .entries = std::vector<orv::OrvFreespaceEntry>(3)}))
+        return false;
     if (!std::ranges::all_of(package.entries, &orv::OrvFreespaceEntry::valid))
         return false;
     if (!package.valid)

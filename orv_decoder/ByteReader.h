@@ -15,10 +15,10 @@ class ByteReader
 public:
     explicit ByteReader(std::span<const std::uint8_t> bytes) : mBytes(bytes) {}
 
-    std::uint8_t u8();
-    std::uint16_t u16();
+    std::uint8_t u8() { return static_cast<std::uint8_t>(take<1>()); }
+    std::uint16_t u16() { return static_cast<std::uint16_t>(take<2>()); }
     std::int16_t i16() { return static_cast<std::int16_t>(u16()); }
-    std::uint32_t u32();
+    std::uint32_t u32() { return take<4>(); }
 
     /// Bytes not yet read.
     std::size_t left() const { return mBytes.size(); }
@@ -27,7 +27,21 @@ public:
     explicit operator bool() const { return mOk; }
 
 private:
-    std::uint32_t take(std::size_t width);
+    // Nothing is left after a read that failed, so that the next one fails as well.
+    template<std::size_t Width>
+    std::uint32_t take()
+    {
+        if (mBytes.size() < Width) {
+            mOk = false;
+            mBytes = {};
+            return 0;
+        }
+        std::uint32_t value = 0;
+        for (std::size_t i = 0; i < Width; ++i)
+            value |= std::uint32_t{mBytes[i]} << (8 * i);
+        mBytes = mBytes.subspan(Width);
+        return value;
+    }
 
     std::span<const std::uint8_t> mBytes;
     bool mOk = true;

@@ -15,16 +15,6 @@ using Clock = std::chrono::high_resolution_clock;
 constexpr std::uint32_t kReceiverTimeoutMs = 40;
 constexpr std::chrono::milliseconds kPollPause{1};
 
-void decode(std::span<const std::uint8_t> datagram, OrvMeasurementResult& result)
-{
-    result = decodeMeasurementResult(datagram);
-}
-
-void decode(std::span<const std::uint8_t> datagram, OrvFreespacePackage& package)
-{
-    package = decodeFreespacePackage(datagram);
-}
-
 } // namespace
 
 template<typename T>
@@ -48,9 +38,9 @@ OrvDecoder<T>::~OrvDecoder()
 template<typename T>
 bool OrvDecoder<T>::take(T& out, std::uint32_t timeoutMs)
 {
-    const bool ready =
-        mMode == OrvDecoderMode::Threaded ? waitForRecord(timeoutMs) : receiveAndDecode(timeoutMs);
-    return ready && takeFront(out);
+    if (mMode == OrvDecoderMode::Threaded)
+        return waitForRecord(timeoutMs) && takeFront(out);
+    return receiveAndDecode(out, timeoutMs);
 }
 
 template<typename T>
@@ -61,27 +51,25 @@ std::string OrvDecoder<T>::lastError() const
 }
 
 template<typename T>
-bool OrvDecoder<T>::receiveAndDecode(std::uint32_t timeoutMs)
+bool OrvDecoder<T>::receiveAndDecode(T& record, std::uint32_t timeoutMs)
 {
-    std::vector<std::uint8_t> datagram;
-    if (!mSocket->receive(datagram, timeoutMs))
+    if (!mSocket->receive(mDatagram, timeoutMs))
         return fail(mSocket->lastError());
-    T record;
-    decode(datagram, record);
-    if (!record.valid)
-        return fail("wrong datagram format");
-    const std::scoped_lock lock(mMutex);
-    mRecords.push_back(std::move(record));
-    return true;
+    return decodeInto(mDatagram, record) || fail("wrong datagram format");
 }
 
 template<typename T>
 void OrvDecoder<T>::receiverLoop()
 {
     do {
-        // A socket that could not be opened fails without waiting: the pause keeps the core free.
-        if (!receiveAndDecode(kReceiverTimeoutMs))
+        T record;
+        if (receiveAndDecode(record, kReceiverTimeoutMs)) {
+            const std::scoped_lock lock(mMutex);
+            mRecords.push_back(std::move(record));
+        } else {
+            // A socket that could not be opened fails without waiting: the core stays free.
             std::this_thread::sleep_for(kPollPause);
+        }
     } while (!mStop);
 }
 

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace orv {
 
@@ -36,15 +37,16 @@ public:
     OrvDecoder(const OrvDecoder&) = delete;
     OrvDecoder& operator=(const OrvDecoder&) = delete;
 
-    /// Moves the oldest record into `out`. False when none came within `timeoutMs`, and in
-    /// synchronous mode also when the datagram that came was none of T's. Errors: the socket's
-    /// own, "wrong datagram format", "timeout" (threaded mode).
+    /// Puts the oldest record into `out`, whose memory is used again. False when none came within
+    /// `timeoutMs`, and in synchronous mode also when the datagram that came was none of T's, which
+    /// may leave anything in `out`. Errors: the socket's own, "wrong datagram format", "timeout"
+    /// (threaded mode).
     bool take(T& out, std::uint32_t timeoutMs);
 
     std::string lastError() const;
 
 private:
-    bool receiveAndDecode(std::uint32_t timeoutMs);
+    bool receiveAndDecode(T& record, std::uint32_t timeoutMs);
     void receiverLoop();
     bool waitForRecord(std::uint32_t timeoutMs);
     bool hasRecord() const;
@@ -53,8 +55,9 @@ private:
 
     std::atomic<bool> mStop = false;
     std::thread mReceiver;
-    mutable std::mutex mMutex; // guards the queue and the last error
-    std::deque<T> mRecords;
+    std::vector<std::uint8_t> mDatagram; // of whoever receives
+    mutable std::mutex mMutex;           // guards the queue and the last error
+    std::deque<T> mRecords;              // of the threaded mode
     std::string mLastError;
     OrvSocketBase* mSocket; // borrowed
     OrvDecoderMode mMode;

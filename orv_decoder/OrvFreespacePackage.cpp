@@ -104,18 +104,26 @@ void encodeEntry(ByteWriter& writer, const OrvFreespaceEntry& entry)
 
 } // namespace
 
-OrvFreespacePackage decodeFreespacePackage(std::span<const std::uint8_t> datagram)
+bool decodeInto(std::span<const std::uint8_t> datagram, OrvFreespacePackage& package)
 {
     ByteReader reader(datagram);
-    OrvFreespacePackage package;
     const std::uint8_t entryCount = reader.u8();
+    package.valid = false;
+    package.entries.clear();
     for (int i = 0; i < entryCount; ++i) {
-        OrvFreespaceEntry entry = decodeEntry(reader);
+        const OrvFreespaceEntry entry = decodeEntry(reader);
         if (!entry.valid)
-            return package;
+            return false;
         package.entries.push_back(entry);
     }
     package.valid = static_cast<bool>(reader);
+    return package.valid;
+}
+
+OrvFreespacePackage decodeFreespacePackage(std::span<const std::uint8_t> datagram)
+{
+    OrvFreespacePackage package;
+    decodeInto(datagram, package);
     return package;
 }
 

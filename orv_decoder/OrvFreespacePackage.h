@@ -54,8 +54,12 @@ struct OrvFreespacePackage
     bool operator==(const OrvFreespacePackage&) const = default;
 };
 
-/// Decodes a freespace datagram; `valid` is false unless every announced entry is complete.
-/// Decoding stops at the first entry that is not; the entries before it are kept.
+/// Decodes a freespace datagram into `package`, whose memory is used again. False unless every
+/// announced entry is complete; decoding stops at the first one that is not, and the entries before
+/// it are kept.
+bool decodeInto(std::span<const std::uint8_t> datagram, OrvFreespacePackage& package);
+
+/// The same into a record of its own; `valid` is false on failure.
 OrvFreespacePackage decodeFreespacePackage(std::span<const std::uint8_t> datagram);
 
 /// The datagram that decodes to `package`; entries past the 255th are left out.

@@ -5,12 +5,14 @@
 #include "orv_decoder/constants.h"
 
 #include <algorithm>
+#include <bitset>
 #include <utility>
 
 namespace orv {
 
 namespace {
 
+constexpr std::size_t kEchoSize = 4;
 constexpr std::size_t kMaxEchoCount = 255;
 constexpr std::uint32_t kLongestRawTime = 1279;
 
@@ -43,19 +45,32 @@ void encodeEcho(ByteWriter& writer, const OrvSensorEcho& echo)
     writer.u8(echo.secondValue);
 }
 
-bool decodeSensorBlock(ByteReader& reader, OrvMeasurementResult& result)
+// Sensor ids, also those that no ECU has.
+using Ids = std::bitset<256>;
+
+bool decodeSensorBlock(ByteReader& reader, OrvMeasurementResult& result, Ids& reporting)
 {
     const std::uint8_t sensorId = reader.u8();
     const std::uint8_t echoCount = reader.u8();
-    std::vector<OrvSensorEcho> echoes;
-    echoes.reserve(echoCount);
-    for (int i = 0; i < echoCount && reader; ++i)
-        echoes.push_back(decodeEcho(reader));
-    if (!reader)
+    if (!reader || reader.left() < echoCount * kEchoSize)
         return false;
-    if (!echoes.empty())
-        result.echoes[sensorId] = std::move(echoes);
+    if (echoCount == 0)
+        return true;
+    std::vector<OrvSensorEcho>& echoes = result.echoes[sensorId];
+    echoes.resize(echoCount);
+    for (OrvSensorEcho& echo : echoes)
+        echo = decodeEcho(reader);
+    reporting.set(sensorId);
     return true;
+}
+
+// What is left of the record that was there before goes.
+void decodeSensorBlocks(ByteReader& reader, int count, OrvMeasurementResult& result)
+{
+    Ids reporting;
+    for (int i = 0; i < count && decodeSensorBlock(reader, result, reporting); ++i) {
+    }
+    std::erase_if(result.echoes, [&](const auto& entry) { return !reporting[entry.first]; });
 }
 
 void encodeSensorBlock(ByteWriter& writer, std::uint8_t sensorId,
@@ -81,25 +96,26 @@ OrvSensorRole OrvMeasurementResult::role(std::uint8_t sensorId) const
     return OrvSensorRole::NotInvolved;
 }
 
-OrvMeasurementResult decodeMeasurementResult(std::span<const std::uint8_t> datagram)
+bool decodeInto(std::span<const std::uint8_t> datagram, OrvMeasurementResult& result)
 {
     ByteReader reader(datagram);
-    OrvMeasurementResult result;
     result.measurementWord = reader.u32();
     result.sendMask = reader.u16();
     result.receiveMask = reader.u16();
-    if (!reader)
-        return {};
-    result.hasMasks = true;
-    result.valid = true;
-    if (reader.left() == 0)
-        return result;
+    const std::uint8_t blockCount = reader && reader.left() > 0 ? reader.u8() : std::uint8_t{0};
+    result.valid = reader && blockCount <= kSensorCount;
+    result.hasMasks = result.valid;
+    if (result.valid)
+        decodeSensorBlocks(reader, blockCount, result);
+    else
+        result = {};
+    return result.valid;
+}
 
-    const std::uint8_t blockCount = reader.u8();
-    if (blockCount > kSensorCount)
-        return {};
-    for (int i = 0; i < blockCount && decodeSensorBlock(reader, result); ++i) {
-    }
+OrvMeasurementResult decodeMeasurementResult(std::span<const std::uint8_t> datagram)
+{
+    OrvMeasurementResult result;
+    decodeInto(datagram, result);
     return result;
 }
 

@@ -40,11 +40,15 @@ struct OrvMeasurementResult
     bool operator==(const OrvMeasurementResult&) const = default;
 };
 
-/// Decodes a measurement datagram.
+/// Decodes a measurement datagram into `result`, whose memory is used again: nothing is allocated
+/// for a sensor that reported before with as many echoes.
 ///
-/// `valid` is false when fewer than 8 bytes are there or 13 or more sensor blocks are announced.
-/// A block that runs past the end is dropped and ends the decoding; the blocks before it stay and
-/// the result is valid, as is one of eight bytes without a block count.
+/// False, and `result` is a fresh one, when fewer than 8 bytes are there or 13 or more sensor
+/// blocks are announced. A block that runs past the end is dropped and ends the decoding; the
+/// blocks before it stay and the result is valid, as is one of eight bytes without a block count.
+bool decodeInto(std::span<const std::uint8_t> datagram, OrvMeasurementResult& result);
+
+/// The same into a record of its own; `valid` is false on failure.
 OrvMeasurementResult decodeMeasurementResult(std::span<const std::uint8_t> datagram);
 
 /// The datagram that decodes to `result`. Sensors without echoes are left out; the first twelve of

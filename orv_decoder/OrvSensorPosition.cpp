@@ -2,6 +2,7 @@
 
 namespace orv {
 
+// The yaw is copied, not converted: 65535 to the turn lets the display tell 360 degrees from 0.
 OrvSensorPosition planarPosition(const SensorMountPosition& mount)
 {
     return {.leadingWord = 0, .x = mount.x, .y = mount.y, .direction = mount.yaw};

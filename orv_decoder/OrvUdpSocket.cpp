@@ -1,7 +1,5 @@
 #include "orv_decoder/OrvUdpSocket.h"
 
-#include "orv_decoder/constants.h"
-
 namespace orv {
 
 bool OrvUdpSocket::open()
@@ -27,6 +25,7 @@ bool OrvUdpSocket::createAndBind()
         return fail("Can't set receive timeout");
     if (!mSocket.bindToAnyAddress(mPort))
         return fail("Can't bind socket");
+    mTimeoutMs.reset();
     return true;
 }
 
@@ -43,15 +42,24 @@ bool OrvUdpSocket::receive(std::vector<std::uint8_t>& datagram, std::uint32_t ti
 {
     if (!mOpen)
         return false;
-    if (!mSocket.setReceiveTimeout(timeoutMs))
+    if (!setTimeout(timeoutMs))
         return fail("Can't set receive timeout option");
-    std::vector<std::uint8_t> buffer(kMaxDatagramSize);
-    const std::size_t received = mSocket.receive(buffer).value_or(0);
+    const std::size_t received = mSocket.receive(mBuffer).value_or(0);
     if (received < 1)
         return fail("receive error");
-    buffer.resize(received);
-    datagram = std::move(buffer);
+    datagram.assign(mBuffer.begin(), mBuffer.begin() + static_cast<std::ptrdiff_t>(received));
     return true;
+}
+
+// A poll asks with the same time-out again and again.
+bool OrvUdpSocket::setTimeout(std::uint32_t timeoutMs)
+{
+    if (mTimeoutMs == timeoutMs)
+        return true;
+    mTimeoutMs.reset();
+    if (mSocket.setReceiveTimeout(timeoutMs))
+        mTimeoutMs = timeoutMs;
+    return mTimeoutMs.has_value();
 }
 
 bool OrvUdpSocket::waitForDatagram(std::uint32_t timeoutMs) const

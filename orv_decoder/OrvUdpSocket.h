@@ -2,8 +2,11 @@
 
 #include "orv_decoder/DatagramSocket.h"
 #include "orv_decoder/OrvSocketBase.h"
+#include "orv_decoder/constants.h"
 
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,10 +44,13 @@ public:
 
 private:
     bool createAndBind();
+    bool setTimeout(std::uint32_t timeoutMs);
 
     std::uint16_t mPort;
     bool mOpen = false;
     std::string mSystemReason;
+    std::optional<std::uint32_t> mTimeoutMs; // as it is set
+    std::array<std::uint8_t, kMaxDatagramSize> mBuffer;
     DatagramSocket mSocket;
 };
 

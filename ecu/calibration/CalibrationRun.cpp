@@ -1,18 +1,12 @@
 #include "ecu/calibration/CalibrationRun.h"
 
+#include "ecu/calibration/TimerClock.h"
+#include "ecu/calibration/calibration_step.h"
 #include "orv_decoder/OrvCtrlClient.h"
-
-#include <optional>
-#include <utility>
 
 namespace {
 
 using Ending = CalibrationRun::Ending;
-
-constexpr int kStartDelayMs = 500;
-constexpr int kStepMs = 10;
-constexpr int kStepsOfSweep = 100;
-constexpr int kMaxSweeps = 21;
 
 std::optional<Ending> endingOf(std::int8_t state)
 {
@@ -30,26 +24,49 @@ std::optional<Ending> endingOf(std::int8_t state)
 
 } // namespace
 
-CalibrationRun::CalibrationRun(Hooks hooks) : mHooks(std::move(hooks)) {}
-
-Ending CalibrationRun::run()
+CalibrationRun::CalibrationRun(CalibrationClock* clock, QObject* parent)
+    : QObject(parent), mClock(clock ? clock : new TimerClock(this))
 {
-    mHooks.wait(kStartDelayMs);
-    for (int i = 0; i < kMaxSweeps; ++i) {
-        if (!sweep(i % 2 != 0))
-            return Ending::Abandoned;
-        if (const auto ending = endingOf(mHooks.readState()))
-            return *ending;
-    }
-    return Ending::TimedOut;
+    connect(mClock, &CalibrationClock::ticked, this, &CalibrationRun::advance);
 }
 
-bool CalibrationRun::sweep(bool inverted)
+bool CalibrationRun::start(orv::OrvCtrlClient& client, std::uint8_t sensorId)
 {
-    for (int step = 0; step < kStepsOfSweep; ++step) {
-        if (!mHooks.show(inverted ? kStepsOfSweep - step : step, inverted))
-            return false;
-        mHooks.wait(kStepMs);
-    }
+    if (isRunning() || !client.startAutoCalibration(sensorId))
+        return false;
+    mClient = &client;
+    mSensorId = sensorId;
+    mSweepsAskedAfter = 0;
+    mClock->start();
     return true;
+}
+
+bool CalibrationRun::isRunning() const
+{
+    return mClock->isRunning();
+}
+
+void CalibrationRun::advance()
+{
+    if (const auto ending = askAfterSweep()) {
+        mClock->stop();
+        emit ended(*ending);
+        return;
+    }
+    // The time after the exchange, which takes a while too.
+    const CalibrationStep step = calibrationStepAt(mClock->elapsedMs());
+    emit stepped(step.value, step.inverted);
+}
+
+// Once for all sweeps that were over since it last asked.
+std::optional<CalibrationRun::Ending> CalibrationRun::askAfterSweep()
+{
+    const std::int64_t sweep = calibrationStepAt(mClock->elapsedMs()).sweep;
+    if (sweep == mSweepsAskedAfter)
+        return std::nullopt;
+    mSweepsAskedAfter = sweep;
+    const auto ending = endingOf(mClient->readAutoCalibrationState());
+    if (ending || sweep < kCalibrationSweeps)
+        return ending;
+    return Ending::TimedOut;
 }

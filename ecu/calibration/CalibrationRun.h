@@ -1,39 +1,60 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
+#include <QObject>
 
-/// Waits for the end of an automatic calibration that the ECU has started: swings a busy indicator
-/// back and forth and asks the ECU after each sweep.
-class CalibrationRun
+#include <cstdint>
+#include <optional>
+
+class CalibrationClock;
+
+namespace orv {
+class OrvCtrlClient;
+}
+
+/// Starts the automatic calibration of a sensor, swings a busy indicator back and forth while the
+/// ECU works, asks the ECU after each sweep and tells how it ended.
+///
+/// Blocks for the exchanges alone. What comes late is skipped and stretches nothing: 21.5 seconds
+/// after the start at the latest the ECU is asked for the last time.
+class CalibrationRun : public QObject
 {
+    Q_OBJECT
+
 public:
     enum class Ending {
         Finished,
         AbortedByEcu,
-        ExchangeFailed,
+        ExchangeFailed, ///< the client's last error tells why
         TimedOut,
-        Abandoned, ///< nobody watches any more
     };
+    Q_ENUM(Ending)
 
-    struct Hooks
-    {
-        std::function<void(int milliseconds)> wait;
+    /// @param clock borrowed; a null one is replaced by a clock of the run's own
+    explicit CalibrationRun(CalibrationClock* clock = nullptr, QObject* parent = nullptr);
 
-        /// Shows the indicator at 0..100, `inverted` on the way back. False abandons the run.
-        std::function<bool(int value, bool inverted)> show;
+    /// False when the ECU refuses, and when a run is under way, which goes on.
+    /// @param client borrowed until the end
+    /// @param sensorId 0..11, or kNoSensor when none is selected
+    bool start(orv::OrvCtrlClient& client, std::uint8_t sensorId);
 
-        /// The calibration state as OrvCtrlClient reads it.
-        std::function<std::int8_t()> readState;
-    };
+    bool isRunning() const;
 
-    explicit CalibrationRun(Hooks hooks);
+    /// The sensor of the last start.
+    std::uint8_t sensorId() const { return mSensorId; }
 
-    /// Returns within 21.5 seconds of waiting and 21 reads of the state.
-    Ending run();
+signals:
+    /// The indicator stands at 0..100, `inverted` on the way back.
+    void stepped(int value, bool inverted);
+
+    /// The run is over; another one may be started.
+    void ended(CalibrationRun::Ending ending);
 
 private:
-    bool sweep(bool inverted);
+    void advance();
+    std::optional<Ending> askAfterSweep();
 
-    Hooks mHooks;
+    CalibrationClock* mClock;              // borrowed, or a child
+    orv::OrvCtrlClient* mClient = nullptr; // borrowed while running
+    std::uint8_t mSensorId = 0;
+    std::int64_t mSweepsAskedAfter = 0;
 };

@@ -13,7 +13,6 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
-#include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
@@ -26,7 +25,7 @@ class TestMainWindow : public QObject
 
 private slots:
     void init();
-    void titleSizeAndIcon();
+    void titleAndIcon();
     void actionsHaveTheirTexts_data();
     void actionsHaveTheirTexts();
     void menusHoldTheirEntriesInOrder_data();
@@ -37,7 +36,6 @@ private slots:
     void docksHaveTheirIconsInTheMenu();
     void captureShowsPlayWhenOffAndPauseWhenOn();
     void firstStartPutsTheThresholdDockInFront();
-    void firstStartLeavesRoomForSeveralTimelines();
     void dockLayoutSurvivesARestart();
     void viewStatesAreSavedOnClose();
     void closingWritesTheStoreAtOnce();
@@ -102,11 +100,10 @@ void TestMainWindow::init()
     mProfile->setNetwork(freeUdpPort(), freeUdpPort(), freeUdpPort());
 }
 
-void TestMainWindow::titleSizeAndIcon()
+void TestMainWindow::titleAndIcon()
 {
     TarvioWindow window;
     QCOMPARE(window.windowTitle(), QString("Tarvio"));
-    QCOMPARE(window.size(), QSize(1074, 707));
     QVERIFY(!window.windowIcon().isNull());
 }
 
@@ -254,14 +251,6 @@ void TestMainWindow::firstStartPutsTheThresholdDockInFront()
     QTRY_VERIFY(isInFront(threshold));
 }
 
-void TestMainWindow::firstStartLeavesRoomForSeveralTimelines()
-{
-    const auto window = shownWindow();
-    const auto* area = window->findChild<OrvgLiveView*>()->findChild<QScrollArea*>("scrollArea");
-    QTRY_VERIFY2(area->viewport()->height() >= 4 * 52,
-                 qPrintable(QString::number(area->viewport()->height())));
-}
-
 void TestMainWindow::dockLayoutSurvivesARestart()
 {
     {
@@ -315,6 +304,10 @@ void TestMainWindow::viewStatesSurviveARestart()
     QMap<QString, QList<int>> saved;
     {
         const auto window = shownWindow();
+        window->resize(1074, 707);
+        window->resizeDocks({window->findChild<QDockWidget*>("thresholdDock")}, {400},
+                            Qt::Vertical);
+        QCoreApplication::processEvents();
         first = sizesIn(*window);
         for (auto* splitter : window->findChildren<QSplitter*>()) {
             const QList<int> sizes = splitter->sizes();

@@ -254,4 +254,19 @@ TEST(SensorRole, hasTheValuesThatTheViewsCount)
     EXPECT_EQ(static_cast<int>(OrvSensorRole::ReceivingOnly), 2);
 }
 
+TEST(MeasurementResult, usedRecordHoldsTheNextDatagramAlone)
+{
+    const Bytes first = {1, 0, 0, 0, 3, 0, 0, 0, 2, 0, 2, 100, 0,
+                         7, 0, 1, 0, 8, 0, 5, 1, 9, 0, 1, 2};
+    const Bytes second = {2, 0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 9, 0, 4, 0};
+    orv::OrvMeasurementResult result;
+    ASSERT_TRUE(orv::decodeInto(first, result));
+    ASSERT_EQ(result.echoes.size(), 2U);
+    ASSERT_TRUE(orv::decodeInto(second, result));
+    EXPECT_EQ(result, orv::decodeMeasurementResult(second));
+    EXPECT_EQ(result.echoes.size(), 1U);
+    EXPECT_FALSE(orv::decodeInto(Bytes{1, 2, 3}, result));
+    EXPECT_EQ(result, orv::OrvMeasurementResult{});
+}
+
 } // namespace

@@ -91,11 +91,11 @@ TEST(EcuCommands, newEcuHasTwelveSteps)
     EXPECT_EQ(Bytes(reply.begin() + 2, reply.begin() + 6), (Bytes{0x01, 0x00, 0x0E, 0x00}));
 }
 
-// 165 and 3 degrees: the tool rounds up what is typed and down what it shows.
+// 75 and 3 degrees: the tool rounds up what is typed and down what it shows.
 TEST(EcuCommands, newEcuHoldsTheMountAnglesAsTheToolStoresThem)
 {
     const EcuState state = defaultEcuState();
-    EXPECT_EQ(state.positions[0].yaw, 30038);
+    EXPECT_EQ(state.positions[0].yaw, 13654);
     EXPECT_EQ(state.positions[0].pitch, 547);
     EXPECT_EQ(state.positions[0].roll, 0);
 }

@@ -6,8 +6,8 @@ namespace {
 
 using namespace ecusim;
 
-// Looks along y from the origin, so that left is negative x.
-constexpr orv::SensorMountPosition kForward{.yaw = 16384};
+// Looks forward from the origin: along x, with y to its left.
+constexpr orv::SensorMountPosition kForward{};
 
 Surroundings wallFrom(Point from, Point to)
 {
@@ -18,30 +18,32 @@ TEST(FreespaceEntry, cornersRunFromNearLeftRoundToNearRight)
 {
     const auto entry = freespaceEntry(4, kForward, {});
     EXPECT_EQ(entry.sensorId, 4);
-    EXPECT_EQ(entry.corners[0], (orv::OrvPoint{-75, 130}));
-    EXPECT_EQ(entry.corners[1], (orv::OrvPoint{-2309, 4000}));
-    EXPECT_EQ(entry.corners[2], (orv::OrvPoint{2309, 4000}));
-    EXPECT_EQ(entry.corners[3], (orv::OrvPoint{75, 130}));
+    EXPECT_EQ(entry.corners[0], (orv::OrvPoint{130, 75}));
+    EXPECT_EQ(entry.corners[1], (orv::OrvPoint{4000, 2309}));
+    EXPECT_EQ(entry.corners[2], (orv::OrvPoint{4000, -2309}));
+    EXPECT_EQ(entry.corners[3], (orv::OrvPoint{130, -75}));
 }
 
 TEST(FreespaceEntry, arcEndsDivideTheArcIntoThirds)
 {
     const auto entry = freespaceEntry(4, kForward, {});
-    EXPECT_EQ(entry.arcEnds[0], (orv::OrvPoint{-695, 3939}));
-    EXPECT_EQ(entry.arcEnds[1], (orv::OrvPoint{695, 3939}));
+    EXPECT_EQ(entry.arcEnds[0], (orv::OrvPoint{3939, 695}));
+    EXPECT_EQ(entry.arcEnds[1], (orv::OrvPoint{3939, -695}));
 }
 
-TEST(FreespaceEntry, thirdsWithoutObstacleAreAbsent)
+TEST(FreespaceEntry, thirdsWithoutObstacleAreFreeToTheEndOfTheField)
 {
-    const auto entry = freespaceEntry(0, kForward, wallFrom({-100, 2000}, {100, 2000}));
-    EXPECT_FALSE(entry.distances[0].isPresent());
-    EXPECT_TRUE(entry.distances[1].isPresent());
-    EXPECT_FALSE(entry.distances[2].isPresent());
+    const auto entry = freespaceEntry(0, kForward, wallFrom({2000, 100}, {2000, -100}));
+    const orv::OrvDistanceItem free{
+        .mode = 1, .distanceMm = 4000, .firstPoint = {0, 0}, .secondPoint = {0, 0}};
+    EXPECT_EQ(entry.distances[0], free);
+    EXPECT_EQ(entry.distances[1].distanceMm, 2000);
+    EXPECT_EQ(entry.distances[2], free);
 }
 
 TEST(FreespaceEntry, distanceIsTheNearestInEachThird)
 {
-    const auto entry = freespaceEntry(0, kForward, wallFrom({-5000, 2000}, {5000, 2000}));
+    const auto entry = freespaceEntry(0, kForward, wallFrom({2000, 5000}, {2000, -5000}));
     EXPECT_EQ(entry.distances[0].distanceMm, 2031); // 2000 / cos 10
     EXPECT_EQ(entry.distances[1].distanceMm, 2000);
     EXPECT_EQ(entry.distances[2].distanceMm, 2031);
@@ -49,35 +51,32 @@ TEST(FreespaceEntry, distanceIsTheNearestInEachThird)
 
 TEST(FreespaceEntry, pointsLieOnTheEdgesOfTheThirdFromLeftToRight)
 {
-    const auto entry = freespaceEntry(0, kForward, wallFrom({-5000, 2000}, {5000, 2000}));
-    EXPECT_EQ(entry.distances[1].firstPoint, (orv::OrvPoint{-347, 1970}));
-    EXPECT_EQ(entry.distances[1].secondPoint, (orv::OrvPoint{347, 1970}));
-    EXPECT_EQ(entry.distances[0].firstPoint, (orv::OrvPoint{-1015, 1759}));
-    EXPECT_EQ(entry.distances[2].secondPoint, (orv::OrvPoint{1015, 1759}));
+    const auto entry = freespaceEntry(0, kForward, wallFrom({2000, 5000}, {2000, -5000}));
+    EXPECT_EQ(entry.distances[1].firstPoint, (orv::OrvPoint{1970, 347}));
+    EXPECT_EQ(entry.distances[1].secondPoint, (orv::OrvPoint{1970, -347}));
+    EXPECT_EQ(entry.distances[0].firstPoint, (orv::OrvPoint{1759, 1015}));
+    EXPECT_EQ(entry.distances[2].secondPoint, (orv::OrvPoint{1759, -1015}));
 }
 
 TEST(FreespaceEntry, obstacleBeyondTheRangeIsNone)
 {
-    EXPECT_TRUE(freespaceEntry(0, kForward, wallFrom({-9000, 4000}, {9000, 4000}))
-                    .distances[1]
-                    .isPresent());
-    EXPECT_FALSE(freespaceEntry(0, kForward, wallFrom({-9000, 4001}, {9000, 4001}))
-                     .distances[1]
-                     .isPresent());
+    const auto atTheEnd = freespaceEntry(0, kForward, wallFrom({4000, 9000}, {4000, -9000}));
+    EXPECT_EQ(atTheEnd.distances[1].firstPoint, (orv::OrvPoint{3939, 695}));
+    const auto beyond = freespaceEntry(0, kForward, wallFrom({4001, 9000}, {4001, -9000}));
+    EXPECT_EQ(beyond.distances[1].firstPoint, (orv::OrvPoint{0, 0}));
 }
 
 TEST(FreespaceEntry, firstPointOfAnObstacleNeverHasXZero)
 {
-    // 10 degrees left of this direction is straight ahead.
+    // 10 degrees left of this direction is straight to the left of the vehicle.
     const orv::SensorMountPosition turned{.yaw = 14564};
     const auto entry = freespaceEntry(0, turned, wallFrom({-5000, 2000}, {5000, 2000}));
-    ASSERT_TRUE(entry.distances[1].isPresent());
     EXPECT_EQ(entry.distances[1].firstPoint, (orv::OrvPoint{1, 2000}));
 }
 
 TEST(FreespaceEntry, pointsPastTheWireRangeAreClamped)
 {
-    const auto entry = freespaceEntry(0, {.x = 32000, .y = 0, .yaw = 0}, {});
+    const auto entry = freespaceEntry(0, {.x = 32000}, {});
     EXPECT_EQ(entry.corners[1].x, 32767);
 }
 

@@ -1,7 +1,11 @@
+#include "tools/ecu_simulator/EcuState.h"
 #include "tools/ecu_simulator/Geometry.h"
 #include "tools/ecu_simulator/Scene.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
 
 namespace {
 
@@ -101,8 +105,59 @@ TEST(Scene, pedestrianWalksAtAStrollAndNeverThroughTheCar)
         const Point here = pedestrianAt(tick * 0.1);
         const Point next = pedestrianAt(tick * 0.1 + 0.1);
         EXPECT_LE(length(next - here), 110.0001) << tick;
-        EXPECT_TRUE(std::abs(here.x) > 1150 || std::abs(here.y) > 2450) << tick;
+        EXPECT_TRUE(here.x > 3800 || here.x < -1100 || std::abs(here.y) > 1150) << tick;
     }
+}
+
+// The origin is below the middle of the rear axle.
+TEST(DefaultMounts, bumpersStandInFrontOfTheOriginAndJustBehindIt)
+{
+    const orv::SensorMountPositions mounts = defaultEcuState().positions;
+    for (std::size_t front = 0; front < 6; ++front) {
+        EXPECT_GT(mounts[front].x, 3000) << front;
+        EXPECT_LT(mounts[11 - front].x, 0) << front;
+        EXPECT_GT(mounts[11 - front].x, -1000) << front;
+    }
+}
+
+TEST(DefaultMounts, runClockwiseFromTheLeftFrontCorner)
+{
+    const orv::SensorMountPositions mounts = defaultEcuState().positions;
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_GT(mounts[i].y, mounts[i + 1].y) << i;
+        EXPECT_EQ(mounts[i].y, -mounts[5 - i].y) << i;
+        EXPECT_EQ(mounts[i].y, mounts[11 - i].y) << i;
+    }
+}
+
+TEST(DefaultMounts, everySensorLooksAwayFromTheVehicle)
+{
+    const Point middle{1350, 0};
+    for (const orv::SensorMountPosition& mount : defaultEcuState().positions) {
+        const Pose sensor = poseOf(mount);
+        const Point outwards = sensor.position - middle;
+        EXPECT_GT(length(sensor.pointAt(1000) - middle), length(outwards) + 700);
+        // Left of the vehicle to the left, right of it to the right.
+        EXPECT_GT(unitVector(sensor.direction).y * outwards.y, 0);
+    }
+    EXPECT_LT(poseOf(defaultEcuState().positions[2]).direction, radians(10)); // nearly ahead
+}
+
+TEST(Scene, houseStandsAheadAndTheParkedCarToTheRight)
+{
+    const auto nearestWall = [](double yawDegrees) {
+        const Pose middle{.position = {1350, 0}, .direction = radians(yawDegrees)};
+        double nearest = 1e9;
+        for (const auto& wall : Scene(SceneKind::Car).seenFrom(middle, 0).walls)
+            nearest = std::min(
+                nearest, rayDistance(wall.shape, middle.position, unitVector(middle.direction))
+                             .value_or(1e9));
+        return nearest;
+    };
+    EXPECT_NEAR(nearestWall(0), 5200, 100);   // house
+    EXPECT_NEAR(nearestWall(90), 3300, 100);  // house
+    EXPECT_NEAR(nearestWall(180), 4400, 100); // kerb
+    EXPECT_NEAR(nearestWall(270), 2500, 100); // parked car
 }
 
 TEST(Scene, wallSceneHasOneWallAcrossTheDirection)

@@ -22,20 +22,20 @@ struct MountDegrees
     double yaw;
 };
 
-constexpr std::array<MountDegrees, orv::kSensorCount> kMounts = {{{-900, 1750, 165},
-                                                                  {-720, 2080, 125},
-                                                                  {-260, 2220, 95},
-                                                                  {260, 2220, 85},
-                                                                  {720, 2080, 55},
-                                                                  {900, 1750, 15},
-                                                                  {900, -1750, 345},
-                                                                  {720, -2080, 305},
-                                                                  {260, -2220, 275},
-                                                                  {-260, -2220, 265},
-                                                                  {-720, -2080, 235},
-                                                                  {-900, -1750, 195}}};
+constexpr std::array<MountDegrees, orv::kSensorCount> kMounts = {{{3100, 900, 75},
+                                                                  {3430, 720, 35},
+                                                                  {3570, 260, 5},
+                                                                  {3570, -260, 355},
+                                                                  {3430, -720, 325},
+                                                                  {3100, -900, 285},
+                                                                  {-400, -900, 255},
+                                                                  {-730, -720, 215},
+                                                                  {-870, -260, 185},
+                                                                  {-870, 260, 175},
+                                                                  {-730, 720, 145},
+                                                                  {-400, 900, 105}}};
 
-// Rounded up as the tool stores a typed angle, so that it shows 165 and not 164.99.
+// Rounded up as the tool stores a typed angle, so that it shows 75 and not 74.99.
 std::uint16_t binaryAngle(double degrees)
 {
     return static_cast<std::uint16_t>(std::ceil(degrees * 65536 / 360));

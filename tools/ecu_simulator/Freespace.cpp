@@ -26,7 +26,7 @@ orv::OrvPoint wirePoint(Point point)
     return {.x = millimetres(point.x), .y = millimetres(point.y)};
 }
 
-// A first point with x = 0 means "no point of its own" to the display, so it must not happen.
+// A first point with x = 0 means "free to the end of the field", so that of an obstacle is not.
 orv::OrvPoint obstaclePoint(Point point)
 {
     orv::OrvPoint wire = wirePoint(point);
@@ -58,12 +58,19 @@ double nearestInSector(const Surroundings& surroundings, const Pose& sensor, dou
     return nearest;
 }
 
+// Its first point stands for the end of the field; an absent item would be drawn as blocked.
+constexpr orv::OrvDistanceItem kFreeThird{.mode = 1,
+                                          .distanceMm =
+                                              static_cast<std::uint16_t>(kFreespaceRangeMm),
+                                          .firstPoint = {},
+                                          .secondPoint = {}};
+
 orv::OrvDistanceItem distanceItem(const Surroundings& surroundings, const Pose& sensor,
                                   double leftAngle)
 {
     const double distance = nearestInSector(surroundings, sensor, leftAngle);
     if (distance > kFreespaceRangeMm)
-        return {};
+        return kFreeThird;
     return {.mode = 1,
             .distanceMm = static_cast<std::uint16_t>(std::lround(distance)),
             .firstPoint = obstaclePoint(sensor.pointAt(distance, leftAngle)),

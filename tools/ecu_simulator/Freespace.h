@@ -16,7 +16,8 @@ inline constexpr double kFreespaceRangeMm = 4000;
 /// edge touches the range. The arc at the range has its thirds at E0 (left) and E1 (right). The
 /// distance items are the thirds from left to right: distance of the nearest obstacle in it, first
 /// point on its left edge and second point on its right edge, both at that distance. A third
-/// without an obstacle is absent.
+/// without an obstacle is present too, with the range and both points (0, 0): free to the end of
+/// the field.
 orv::OrvFreespaceEntry freespaceEntry(std::uint8_t sensorId, const orv::SensorMountPosition& mount,
                                       const Surroundings& surroundings);
 

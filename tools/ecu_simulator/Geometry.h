@@ -7,7 +7,8 @@
 
 namespace ecusim {
 
-/// A point or a vector of the vehicle's plane in millimetres: x to the right, y forward.
+/// A point or a vector of the vehicle's plane in millimetres: x forward, y to the left, from below
+/// the middle of the rear axle.
 struct Point
 {
     double x = 0;

@@ -19,33 +19,33 @@ constexpr double kHedgeDb = -5;
 constexpr double kKerbDb = -9;
 
 // Clockwise round the vehicle, closer at the front than at the back.
-constexpr std::array<Point, 8> kPedestrianWalk = {{{-1900, 2600},
-                                                   {-1200, 3500},
-                                                   {1200, 3700},
-                                                   {2000, 2700},
-                                                   {1900, -2500},
-                                                   {1200, -3700},
-                                                   {-1400, -3900},
-                                                   {-2200, -2500}}};
+constexpr std::array<Point, 8> kPedestrianWalk = {{{3950, 1900},
+                                                   {4850, 1200},
+                                                   {5050, -1200},
+                                                   {4050, -2000},
+                                                   {-1150, -1900},
+                                                   {-2350, -1200},
+                                                   {-2550, 1400},
+                                                   {-1150, 2200}}};
 
 Surroundings carSurroundings(double seconds)
 {
     Surroundings scene;
     scene.walls = {
-        {{{-6000, 5100}, {4200, 5300}}, kHouseWallDb},
-        {{{-3400, 4000}, {-3200, -5500}}, kHouseWallDb},
-        {{{-2600, -6100}, {3500, -5900}}, kHouseWallDb},
-        {{{2500, 900}, {2600, -3300}}, kParkedCarDb},
-        {{{3300, 1300}, {3500, 5200}}, kHedgeDb},
-        {{{-3000, -4400}, {1900, -4300}}, kKerbDb},
+        {{{6450, 6000}, {6650, -4200}}, kHouseWallDb},
+        {{{5350, 3400}, {-4150, 3200}}, kHouseWallDb},
+        {{{-4750, 2600}, {-4550, -3500}}, kHouseWallDb},
+        {{{2250, -2500}, {-1950, -2600}}, kParkedCarDb},
+        {{{2650, -3300}, {6550, -3500}}, kHedgeDb},
+        {{{-3050, 3000}, {-2950, -1900}}, kKerbDb},
     };
     scene.discs = {
-        {{{1250, 3050}, 60}, kPostDb},
-        {{{-700, 4300}, 90}, kPostDb},
-        {{{-2700, 2900}, 90}, kPostDb},
-        {{{2600, 2900}, 70}, kPostDb},
-        {{{-600, -3300}, 80}, kPostDb},
-        {{{1700, -4700}, 110}, kPostDb},
+        {{{4400, -1250}, 60}, kPostDb},
+        {{{5650, 700}, 90}, kPostDb},
+        {{{4250, 2700}, 90}, kPostDb},
+        {{{4250, -2600}, 70}, kPostDb},
+        {{{-1950, 600}, 80}, kPostDb},
+        {{{-3350, -1700}, 110}, kPostDb},
         {{pedestrianAt(seconds), kPedestrianRadiusMm}, kPedestrianDb},
     };
     return scene;

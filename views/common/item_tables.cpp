@@ -15,15 +15,24 @@ void stretchColumns(QTableView& table, const QString& longestText)
     table.horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
 }
 
+void commitAndClose(QAbstractItemDelegate& delegate, QWidget* editor)
+{
+    emit delegate.commitData(editor);
+    emit delegate.closeEditor(editor);
+}
+
 void commitOpenEditor(QAbstractItemView& view)
 {
     const QModelIndex current = view.currentIndex();
-    QWidget* editor = view.indexWidget(current);
-    if (!editor)
-        return;
-    QAbstractItemDelegate* delegate = view.itemDelegate(current);
-    emit delegate->commitData(editor);
-    emit delegate->closeEditor(editor);
+    if (QWidget* editor = view.indexWidget(current))
+        commitAndClose(*view.itemDelegate(current), editor);
+}
+
+void storeChange(QAbstractItemModel& model, const QModelIndex& index, const QVariant& shown,
+                 const QVariant& stored)
+{
+    if (index.data(Qt::EditRole) != shown)
+        model.setData(index, stored, Qt::EditRole);
 }
 
 void placeEditor(QWidget& editor, const QRect& cell)

@@ -1,15 +1,18 @@
 #include "views/freespace/FreespaceItem.h"
 
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/freespace_shape.h"
 #include "views/freespace/freespace_style.h"
 
 #include <QBrush>
 
 FreespaceItem::FreespaceItem(const QColor& colour)
-    : mOutline(new QGraphicsPolygonItem(this)), mWedge(new QGraphicsPolygonItem(this))
+    : mOutline(new QGraphicsPolygonItem), mWedge(new QGraphicsPolygonItem)
 {
+    setFlag(ItemHasNoContents); // its members are all there is to see
     mOutline->setPen(freespace::outlinePen(colour));
     mWedge->setPen(freespace::wedgePen());
+    addToGroup(mOutline);
+    addToGroup(mWedge);
 }
 
 void FreespaceItem::setShape(const freespace::Shape& shape)

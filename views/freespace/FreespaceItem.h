@@ -8,7 +8,8 @@ namespace freespace {
 struct Shape;
 }
 
-/// The two translucent polygons of one sensor's freespace: the outline, and the wedge above it.
+/// The group of the two translucent polygons of one sensor's freespace: the outline, and the wedge
+/// above it.
 class FreespaceItem : public QGraphicsItemGroup
 {
 public:
@@ -17,6 +18,6 @@ public:
     void setShape(const freespace::Shape& shape);
 
 private:
-    QGraphicsPolygonItem* mOutline;
+    QGraphicsPolygonItem* mOutline; // members of the group, which owns them
     QGraphicsPolygonItem* mWedge;
 };

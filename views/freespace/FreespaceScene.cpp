@@ -2,7 +2,7 @@
 
 #include "views/freespace/FreespaceItem.h"
 #include "views/freespace/OrvgSensorItem.h"
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/freespace_shape.h"
 #include "views/freespace/freespace_style.h"
 
 #include <QPen>
@@ -37,7 +37,7 @@ void FreespaceScene::draw(const orv::OrvFreespacePackage& package)
     for (const orv::OrvFreespaceEntry& entry : package.entries) {
         if (entry.sensorId >= orv::kSensorCount)
             continue;
-        placeSensor(entry.sensorId, entry.position);
+        setPosition(entry.sensorId, entry.position);
         placeFreespace(entry);
     }
 }
@@ -51,7 +51,29 @@ void FreespaceScene::removeFreespaces()
 void FreespaceScene::setPositions(const orv::SensorMountPositions& positions)
 {
     for (std::uint8_t id = 0; id < orv::kSensorCount; ++id)
-        placeSensor(id, orv::planarPosition(positions[id]));
+        setPosition(id, orv::planarPosition(positions[id]));
+}
+
+void FreespaceScene::setPosition(std::uint8_t id, const orv::OrvSensorPosition& position)
+{
+    OrvgSensorItem*& sensor = mSensorItems[id];
+    if (sensor) {
+        sensor->setPosition(position);
+        return;
+    }
+    sensor = new OrvgSensorItem(id, position, freespace::sensorColour(id));
+    sensor->setZValue(kSensorZ);
+    addItem(sensor);
+}
+
+QRectF FreespaceScene::markersRect() const
+{
+    QRectF covered;
+    for (const OrvgSensorItem* sensor : mSensorItems) {
+        if (sensor)
+            covered |= sensor->mapRectToScene(sensor->childrenBoundingRect());
+    }
+    return covered;
 }
 
 QVector<OrvgSensorItem*> FreespaceScene::selectedSensors() const
@@ -64,17 +86,16 @@ QVector<OrvgSensorItem*> FreespaceScene::selectedSensors() const
     return selected;
 }
 
-OrvgSensorItem* FreespaceScene::selectNeighbour(int step)
+void FreespaceScene::selectNeighbour(int step)
 {
     OrvgSensorItem* sensor = neighbour(step);
     if (!sensor)
-        return nullptr;
+        return;
     {
         const QSignalBlocker blocker(this); // "none selected" would be announced in between
         clearSelection();
     }
     sensor->setSelected(true);
-    return sensor;
 }
 
 void FreespaceScene::forgetMouse()
@@ -115,18 +136,6 @@ void FreespaceScene::removeOutdated(const orv::OrvFreespacePackage& package)
         if (outdated[id])
             removeFreespace(id);
     }
-}
-
-void FreespaceScene::placeSensor(std::uint8_t id, const orv::OrvSensorPosition& position)
-{
-    OrvgSensorItem*& sensor = mSensorItems[id];
-    if (sensor) {
-        sensor->setPosition(position);
-        return;
-    }
-    sensor = new OrvgSensorItem(id, position, freespace::sensorColour(id));
-    sensor->setZValue(kSensorZ);
-    addItem(sensor);
 }
 
 void FreespaceScene::placeFreespace(const orv::OrvFreespaceEntry& entry)

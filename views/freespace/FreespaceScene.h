@@ -30,6 +30,12 @@ public:
     /// Places the markers of all sensors.
     void setPositions(const orv::SensorMountPositions& positions);
 
+    /// Places the marker of one sensor, 0..11.
+    void setPosition(std::uint8_t id, const orv::OrvSensorPosition& position);
+
+    /// What the markers cover; null when there are none.
+    QRectF markersRect() const;
+
     /// In ascending order.
     QVector<OrvgSensorItem*> selectedSensors() const;
 
@@ -37,8 +43,8 @@ public:
     OrvgSensorItem* selectedSensor() const { return selectedSensors().value(0); }
 
     /// Selects the sensor after (step 1) or before (step -1) the selected one instead of it, round
-    /// in a circle. Returns the selected one, null when there are no sensors.
-    OrvgSensorItem* selectNeighbour(int step);
+    /// in a circle.
+    void selectNeighbour(int step);
 
     /// Ends what the mouse does with the markers, when it will not get to them any more.
     void forgetMouse();
@@ -46,7 +52,6 @@ public:
 private:
     void drawVehicleOrigin();
     void removeOutdated(const orv::OrvFreespacePackage& package);
-    void placeSensor(std::uint8_t id, const orv::OrvSensorPosition& position);
     void placeFreespace(const orv::OrvFreespaceEntry& entry);
     void raise(std::uint8_t id);
     void removeFreespace(std::size_t id);

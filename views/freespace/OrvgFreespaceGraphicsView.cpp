@@ -1,36 +1,41 @@
 #include "views/freespace/OrvgFreespaceGraphicsView.h"
 
-#include "orv_decoder/constants.h"
+#include "views/freespace/AnimatedZoom.h"
 #include "views/freespace/FreespaceScene.h"
+#include "views/freespace/MarkerEditor.h"
+#include "views/freespace/MiddleButtonPan.h"
 #include "views/freespace/OrvgSensorItem.h"
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/zoom_steps.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QTimeLine>
+#include <QScrollBar>
+#include <QToolTip>
 #include <QWheelEvent>
-
-#include <utility>
 
 namespace {
 
 constexpr double kInitialScale = 0.05;
 constexpr int kZoomButtonSteps = 3;
-constexpr int kZoomDurationMs = 150;
-constexpr int kZoomIntervalMs = 10;
+constexpr double kMarginMm = 500;
 
 } // namespace
 
 OrvgFreespaceGraphicsView::OrvgFreespaceGraphicsView(QWidget* parent)
-    : QGraphicsView(parent), mScene(new FreespaceScene(this))
+    : QGraphicsView(parent)
+    , mScene(new FreespaceScene(this))
+    , mEditor(new MarkerEditor(mScene))
+    , mZoom(new AnimatedZoom(this))
 {
     setScene(mScene);
     setTransformationAnchor(NoAnchor);
     setResizeAnchor(NoAnchor);
     setRenderHint(QPainter::Antialiasing);
+    setViewportUpdateMode(BoundingRectViewportUpdate);
     scale(kInitialScale, kInitialScale);
-    connect(mScene, &QGraphicsScene::selectionChanged, this,
-            &OrvgFreespaceGraphicsView::onSelectionChanged);
+    new MiddleButtonPan(this);
+    connectSignals();
 }
 
 OrvgFreespaceGraphicsView::~OrvgFreespaceGraphicsView()
@@ -44,24 +49,40 @@ void OrvgFreespaceGraphicsView::setPositions(const orv::SensorMountPositions& po
     mScene->setPositions(positions);
 }
 
+void OrvgFreespaceGraphicsView::setPosition(std::uint8_t sensorId,
+                                            const orv::OrvSensorPosition& position)
+{
+    mScene->setPosition(sensorId, position);
+}
+
 void OrvgFreespaceGraphicsView::setSelectedPosition(const orv::OrvSensorPosition& position)
 {
     if (OrvgSensorItem* sensor = mScene->selectedSensor())
         sensor->setPosition(position);
 }
 
+void OrvgFreespaceGraphicsView::showVehicle()
+{
+    mZoom->stop();
+    const QRectF markers = mScene->markersRect();
+    if (markers.isNull()) {
+        mFraming = Framing::Origin;
+        setTransform(QTransform::fromScale(kInitialScale, kInitialScale));
+        centerOn(0, 0);
+        return;
+    }
+    mFraming = Framing::Vehicle;
+    fitInView(markers + QMarginsF(kMarginMm, kMarginMm, kMarginMm, kMarginMm), Qt::KeepAspectRatio);
+}
+
 void OrvgFreespaceGraphicsView::scalingTime()
 {
-    const QPointF anchored = mapToScene(mZoomAnchor);
-    const double factor = freespace::zoomFactor(mPendingZoomSteps, transform().m11());
-    scale(factor, factor);
-    const QPointF shift = mapToScene(mZoomAnchor) - anchored;
-    translate(shift.x(), shift.y());
+    mZoom->scaleOnce();
 }
 
 void OrvgFreespaceGraphicsView::animationFinished()
 {
-    mPendingZoomSteps = freespace::pendingStepsAfterAnimation(mPendingZoomSteps);
+    mZoom->endAnimation();
 }
 
 void OrvgFreespaceGraphicsView::onNewFreespacePackage(orv::OrvFreespacePackage fspPackage)
@@ -73,6 +94,7 @@ void OrvgFreespaceGraphicsView::onNewFreespacePackage(orv::OrvFreespacePackage f
 void OrvgFreespaceGraphicsView::onSetEditMode(bool state)
 {
     mEditMode = state;
+    setInteractive(state);
     if (state)
         mScene->removeFreespaces();
     else
@@ -81,10 +103,7 @@ void OrvgFreespaceGraphicsView::onSetEditMode(bool state)
 
 void OrvgFreespaceGraphicsView::onSelectionChanged()
 {
-    if (const OrvgSensorItem* sensor = mScene->selectedSensor())
-        announce(*sensor);
-    else
-        emit fspSelected(orv::kNoSensor, {});
+    mEditor->announceSelection();
 }
 
 void OrvgFreespaceGraphicsView::onZoomIn()
@@ -99,42 +118,32 @@ void OrvgFreespaceGraphicsView::onZoomOut()
 
 bool OrvgFreespaceGraphicsView::event(QEvent* event)
 {
-    // Behind a modal dialog the mouse leaves no item any more.
-    if (event->type() == QEvent::WindowBlocked)
+    // Hidden or behind a modal dialog the mouse leaves no item any more.
+    if (event->type() == QEvent::Hide || event->type() == QEvent::WindowBlocked)
         forgetMouse();
     return QGraphicsView::event(event);
 }
 
-void OrvgFreespaceGraphicsView::hideEvent(QHideEvent* event)
-{
-    forgetMouse();
-    QGraphicsView::hideEvent(event);
-}
-
 void OrvgFreespaceGraphicsView::keyPressEvent(QKeyEvent* event)
 {
-    const bool isNext = event->key() == Qt::Key_PageDown;
-    if (!mEditMode || (!isNext && event->key() != Qt::Key_PageUp)) {
+    constexpr auto kForOthers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    if (event->modifiers() & kForOthers || !takeKey(*event))
         QGraphicsView::keyPressEvent(event);
-        return;
-    }
-    if (const OrvgSensorItem* sensor = mScene->selectNeighbour(isNext ? 1 : -1))
-        ensureVisible(sensor);
 }
 
 void OrvgFreespaceGraphicsView::mouseMoveEvent(QMouseEvent* event)
 {
+    if (!event->buttons().testFlag(Qt::LeftButton))
+        mEditor->endDrag(); // the release went elsewhere
     // Announced before the base class moves the item: the panel is one event behind the pointer.
-    const OrvgSensorItem* sensor = mScene->selectedSensor();
-    if (mDragging && event->buttons().testFlag(Qt::LeftButton) && sensor)
-        announce(*sensor);
+    mEditor->announceDrag();
     QGraphicsView::mouseMoveEvent(event);
 }
 
 void OrvgFreespaceGraphicsView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton && itemAt(event->pos()))
-        mDragging = true;
+        mEditor->startDrag();
     QGraphicsView::mousePressEvent(event);
 }
 
@@ -143,82 +152,93 @@ void OrvgFreespaceGraphicsView::mouseReleaseEvent(QMouseEvent* event)
     QGraphicsView::mouseReleaseEvent(event);
     // Also beside an item: a marker at the edge does not follow the pointer.
     if (event->button() == Qt::LeftButton)
-        endDrag();
+        mEditor->endDrag();
 }
 
 void OrvgFreespaceGraphicsView::resizeEvent(QResizeEvent* event)
 {
-    const bool keepOriginInMiddle = showsOriginInMiddle(event->oldSize());
     QGraphicsView::resizeEvent(event);
-    if (keepOriginInMiddle)
+    if (mFraming == Framing::Origin)
         centerOn(0, 0);
+    else if (mFraming == Framing::Vehicle)
+        showVehicle();
+}
+
+bool OrvgFreespaceGraphicsView::viewportEvent(QEvent* event)
+{
+    const bool isTaken = QGraphicsView::viewportEvent(event);
+    // The base class knows the markers' tool tips alone.
+    if (event->type() == QEvent::ToolTip && !event->isAccepted())
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), toolTip(), viewport());
+    return isTaken;
 }
 
 void OrvgFreespaceGraphicsView::wheelEvent(QWheelEvent* event)
 {
     const int delta = event->angleDelta().y();
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        mZoomAnchor = event->position().toPoint();
+        mZoom->setAnchor(event->position().toPoint());
         zoom(freespace::zoomSteps(delta));
-        event->accept();
-    } else if (OrvgSensorItem* sensor = mScene->selectedSensor()) {
-        turn(*sensor, delta);
-        event->accept();
-    } else {
+    } else if (!mEditor->turn(delta)) {
         QGraphicsView::wheelEvent(event);
+        return;
+    }
+    event->accept();
+}
+
+void OrvgFreespaceGraphicsView::connectSignals()
+{
+    connect(mScene, &QGraphicsScene::selectionChanged, this,
+            &OrvgFreespaceGraphicsView::onSelectionChanged);
+    connect(mEditor, &MarkerEditor::edited, this, &OrvgFreespaceGraphicsView::fspSelected);
+    // Whatever the user scrolls with, the bars act; what the view does itself sets their values.
+    const auto frameByUser = [this] { mFraming = Framing::PlaceOfUser; };
+    for (const QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()})
+        connect(bar, &QScrollBar::actionTriggered, this, frameByUser);
+}
+
+bool OrvgFreespaceGraphicsView::takeKey(const QKeyEvent& event)
+{
+    switch (event.key()) {
+    case Qt::Key_Home:
+        showVehicle();
+        return true;
+    case Qt::Key_Plus:
+        onZoomIn();
+        return true;
+    case Qt::Key_Minus:
+        onZoomOut();
+        return true;
+    default:
+        return mEditMode && editByKey(event);
     }
 }
 
-void OrvgFreespaceGraphicsView::announce(const OrvgSensorItem& sensor)
+bool OrvgFreespaceGraphicsView::editByKey(const QKeyEvent& event)
 {
-    mAnnouncedPosition = sensor.position();
-    emit fspSelected(sensor.id(), sensor.position());
+    if (!mEditor->takeKey(event))
+        return false;
+    if (const OrvgSensorItem* sensor = mScene->selectedSensor())
+        bringIntoSight(sensor->mapRectToScene(sensor->childrenBoundingRect()));
+    return true;
 }
 
-// What the last mouse move did would be missing in the panel otherwise, and so would be what it did
-// to further selected sensors. The first one comes last: it stays the one that is shown.
-void OrvgFreespaceGraphicsView::endDrag()
+void OrvgFreespaceGraphicsView::bringIntoSight(const QRectF& place)
 {
-    if (!std::exchange(mDragging, false))
+    if (viewport()->rect().contains(mapFromScene(place).boundingRect()))
         return;
-    const QVector<OrvgSensorItem*> sensors = mScene->selectedSensors();
-    if (sensors.size() == 1 && sensors[0]->position() == mAnnouncedPosition)
-        return;
-    for (auto sensor = sensors.rbegin(); sensor != sensors.rend(); ++sensor)
-        announce(**sensor);
-}
-
-void OrvgFreespaceGraphicsView::turn(OrvgSensorItem& sensor, int wheelDelta)
-{
-    orv::OrvSensorPosition position = sensor.position();
-    position.direction = freespace::turnedDirection(position.direction, wheelDelta);
-    sensor.setPosition(position);
-    announce(sensor);
+    mFraming = Framing::PlaceOfUser;
+    ensureVisible(place);
 }
 
 void OrvgFreespaceGraphicsView::zoom(int steps)
 {
-    if (!freespace::canZoom(transform().m11(), steps))
-        return;
-    mPendingZoomSteps = freespace::pendingStepsAfter(mPendingZoomSteps, steps);
-    auto* timeLine = new QTimeLine(kZoomDurationMs, this);
-    timeLine->setUpdateInterval(kZoomIntervalMs);
-    connect(timeLine, &QTimeLine::valueChanged, this, &OrvgFreespaceGraphicsView::scalingTime);
-    connect(timeLine, &QTimeLine::finished, this, &OrvgFreespaceGraphicsView::animationFinished);
-    connect(timeLine, &QTimeLine::finished, timeLine, &QObject::deleteLater);
-    timeLine->start();
+    if (mZoom->start(steps))
+        mFraming = Framing::PlaceOfUser;
 }
 
 void OrvgFreespaceGraphicsView::forgetMouse()
 {
-    mDragging = false;
+    mEditor->endDrag();
     mScene->forgetMouse();
-}
-
-bool OrvgFreespaceGraphicsView::showsOriginInMiddle(QSize viewportSize) const
-{
-    if (!viewportSize.isValid())
-        return true;
-    const QPoint middle(viewportSize.width() / 2, viewportSize.height() / 2);
-    return (mapFromScene(0, 0) - middle).manhattanLength() <= 4;
 }

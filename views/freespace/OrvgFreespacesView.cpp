@@ -26,6 +26,14 @@ int widthOfAllColumns(const QTableWidget& table)
            table.verticalScrollBar()->sizeHint().width();
 }
 
+// All sensors at a glance, also in a low view.
+void makeRowsCompact(QTableWidget& table)
+{
+    const int height = table.fontMetrics().height() + 2;
+    table.verticalHeader()->setMinimumSectionSize(height);
+    table.verticalHeader()->setDefaultSectionSize(height);
+}
+
 } // namespace
 
 OrvgFreespacesView::OrvgFreespacesView(OrvgSensorPositionView* positions, QWidget* parent)
@@ -37,12 +45,18 @@ OrvgFreespacesView::OrvgFreespacesView(OrvgSensorPositionView* positions, QWidge
     mUi->setupUi(this);
     createParameterWidget();
     createDistanceCells();
+    keepWidthInBothModes();
     showMode(false);
     mUi->graphicsView->scene()->clearSelection();
     connectSignals();
 }
 
-OrvgFreespacesView::~OrvgFreespacesView() = default;
+OrvgFreespacesView::~OrvgFreespacesView()
+{
+    // The picture announces the end of a drag when it is hidden, which is after this object's own
+    // part.
+    mUi->graphicsView->disconnect(this);
+}
 
 QByteArray OrvgFreespacesView::saveState() const
 {
@@ -58,7 +72,6 @@ void OrvgFreespacesView::onLoadButtonClicked()
 {
     mPositions->onReadSensorPositionTbClicked(false);
     placeSensors();
-    showSelectedSensor();
 }
 
 void OrvgFreespacesView::onNewFreespacePackage(orv::OrvFreespacePackage fspPackage)
@@ -104,6 +117,7 @@ void OrvgFreespacesView::createParameterWidget()
 void OrvgFreespacesView::createDistanceCells()
 {
     stretchColumns(*mUi->mTable, distanceText(std::numeric_limits<std::uint16_t>::max()));
+    makeRowsCompact(*mUi->mTable);
     mUi->mTable->setMinimumWidth(widthOfAllColumns(*mUi->mTable));
     for (int row = 0; row < mUi->mTable->rowCount(); ++row) {
         for (int column = 0; column < mUi->mTable->columnCount(); ++column) {
@@ -114,16 +128,24 @@ void OrvgFreespacesView::createDistanceCells()
     }
 }
 
+// Otherwise the picture would grow and shrink, and so move, with every change of the mode.
+void OrvgFreespacesView::keepWidthInBothModes()
+{
+    QSizePolicy policy = mUi->mWedgeDistancesGB->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    mUi->mWedgeDistancesGB->setSizePolicy(policy);
+}
+
 void OrvgFreespacesView::connectSignals()
 {
     OrvgFreespaceGraphicsView* picture = mUi->graphicsView;
-    connect(mUi->mModeButton, &QToolButton::toggled, picture,
-            &OrvgFreespaceGraphicsView::onSetEditMode);
     connect(mUi->mModeButton, &QToolButton::toggled, this, &OrvgFreespacesView::onSetEditMode);
     connect(picture, &OrvgFreespaceGraphicsView::fspSelected, this,
             &OrvgFreespacesView::onSensorSelected);
     connect(mParameters, &OrvgSensorParameterWidget::sensorParameterChanged, this,
             &OrvgFreespacesView::onSensorParameterChanged);
+    connect(mPositions, &OrvgSensorPositionView::positionsChanged, this,
+            &OrvgFreespacesView::followPositions);
     connect(mUi->mLoadButton, &QToolButton::clicked, this,
             &OrvgFreespacesView::onLoadButtonClicked);
     // The button's checked state is not the slot's silent flag.
@@ -138,7 +160,7 @@ void OrvgFreespacesView::connectSignals()
 void OrvgFreespacesView::showMode(bool editMode)
 {
     mPositions->setEditMode(editMode);
-    mUi->graphicsView->setInteractive(editMode);
+    mUi->graphicsView->onSetEditMode(editMode);
     mUi->mWedgeDistancesGB->setVisible(!editMode);
     mUi->mRightStackedWidget->setCurrentWidget(editMode ? mUi->mSensorParameterPage
                                                         : mUi->mWedgeDistancesPage);
@@ -152,13 +174,20 @@ void OrvgFreespacesView::placeSensors()
     mUi->graphicsView->setPositions(mPositions->positions());
 }
 
-// Editors that kept the values from before would write them back with the next change of one.
-void OrvgFreespacesView::showSelectedSensor()
+// Also what the picture and the panel changed themselves comes back here, as what they show
+// already. A range and not the whole table: of a dragged group the table knows one sensor until the
+// end.
+void OrvgFreespacesView::followPositions(int firstSensor, int lastSensor)
 {
-    if (mSelectedSensor >= orv::kSensorCount)
+    if (!mUi->graphicsView->isEditMode())
         return;
-    const orv::SensorMountPosition position = mPositions->positions()[mSelectedSensor];
-    mParameters->showSensor(mSelectedSensor, orv::planarPosition(position));
+    const orv::SensorMountPositions positions = mPositions->positions();
+    for (int id = firstSensor; id <= lastSensor; ++id) {
+        const auto position = orv::planarPosition(positions[static_cast<std::size_t>(id)]);
+        mUi->graphicsView->setPosition(static_cast<std::uint8_t>(id), position);
+        if (id == mSelectedSensor && mParameters->position() != position)
+            mParameters->showSensor(mSelectedSensor, position);
+    }
 }
 
 void OrvgFreespacesView::showDistances(const orv::OrvFreespaceEntry& entry)

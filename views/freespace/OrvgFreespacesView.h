@@ -45,10 +45,11 @@ public slots:
 private:
     void createParameterWidget();
     void createDistanceCells();
+    void keepWidthInBothModes();
     void connectSignals();
     void showMode(bool editMode);
     void placeSensors();
-    void showSelectedSensor();
+    void followPositions(int firstSensor, int lastSensor);
     void showDistances(const orv::OrvFreespaceEntry& entry);
 
     OrvgSensorPositionView* mPositions; // borrowed from the main window

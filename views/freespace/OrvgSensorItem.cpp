@@ -1,10 +1,11 @@
 #include "views/freespace/OrvgSensorItem.h"
 
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/marker_geometry.h"
 
 #include <QBrush>
 #include <QEvent>
 #include <QFont>
+#include <QLocale>
 #include <QPen>
 #include <QVariant>
 
@@ -23,14 +24,13 @@ OrvgSensorItem::OrvgSensorItem(std::uint8_t id, const orv::OrvSensorPosition& po
     setFlags(ItemIsMovable | ItemIsSelectable | ItemSendsGeometryChanges);
     createPie(colour);
     createLabel();
-    setPosition(position);
+    place(position);
 }
 
 void OrvgSensorItem::setPosition(const orv::OrvSensorPosition& position)
 {
-    mPosition = position;
-    setPos(freespace::toScene(position));
-    showDirection();
+    if (position != mPosition) // a live sensor reports the same one with every package
+        place(position);
 }
 
 QVariant OrvgSensorItem::itemChange(GraphicsItemChange change, const QVariant& value)
@@ -43,6 +43,7 @@ QVariant OrvgSensorItem::itemChange(GraphicsItemChange change, const QVariant& v
     // A marker dragged beyond what a position can hold stays at the edge.
     const QPointF proposed = freespace::boundedToVehicle(value.toPointF());
     mPosition = freespace::movedToScene(mPosition, proposed);
+    showToolTip();
     return QGraphicsItemGroup::itemChange(change, proposed);
 }
 
@@ -53,6 +54,14 @@ bool OrvgSensorItem::sceneEvent(QEvent* event)
     else if (event->type() == QEvent::GraphicsSceneHoverLeave)
         mHoverCursor.restore();
     return QGraphicsItemGroup::sceneEvent(event);
+}
+
+void OrvgSensorItem::place(const orv::OrvSensorPosition& position)
+{
+    mPosition = position;
+    setPos(freespace::toScene(position));
+    showDirection();
+    showToolTip();
 }
 
 void OrvgSensorItem::createPie(const QColor& colour)
@@ -83,6 +92,16 @@ void OrvgSensorItem::showDirection()
     mPie->setSpanAngle(pie.span);
     const QSize labelSize = mLabel->boundingRect().toRect().size();
     mLabel->setPos(freespace::labelPosition(mPosition.direction, labelSize));
+}
+
+void OrvgSensorItem::showToolTip()
+{
+    const double degrees = freespace::directionInDegrees(mPosition.direction);
+    setToolTip(tr("Sensor %1\nX: %2 mm\nY: %3 mm\nDirection: %4\u00B0")
+                   .arg(mId + 1)
+                   .arg(mPosition.x)
+                   .arg(mPosition.y)
+                   .arg(QLocale().toString(degrees, 'f', 2)));
 }
 
 void OrvgSensorItem::showSelected(bool selected)

@@ -2,7 +2,7 @@
 
 #include "orv_decoder/constants.h"
 #include "ui_OrvgSensorParameterWidget.h"
-#include "views/freespace/freespace_geometry.h"
+#include "views/freespace/marker_geometry.h"
 
 #include <QSignalBlocker>
 
@@ -32,6 +32,14 @@ void OrvgSensorParameterWidget::showSensor(std::uint8_t id, const orv::OrvSensor
     mUi->mYSB->setValue(position.y);
 }
 
+orv::OrvSensorPosition OrvgSensorParameterWidget::position() const
+{
+    return {.leadingWord = 0,
+            .x = static_cast<std::int16_t>(mUi->mXSB->value()),
+            .y = static_cast<std::int16_t>(mUi->mYSB->value()),
+            .direction = freespace::directionOf(mUi->mAngleSpinBox->value())};
+}
+
 void OrvgSensorParameterWidget::onSpinBoxValueChanged(double value)
 {
     {
@@ -39,7 +47,7 @@ void OrvgSensorParameterWidget::onSpinBoxValueChanged(double value)
         const QSignalBlocker blocker(mUi->mAngleSlider);
         mUi->mAngleSlider->setValue(static_cast<int>(value));
     }
-    emit sensorParameterChanged(shownPosition());
+    emit sensorParameterChanged(position());
 }
 
 void OrvgSensorParameterWidget::onSliderValueChanged(int32_t value)
@@ -48,12 +56,12 @@ void OrvgSensorParameterWidget::onSliderValueChanged(int32_t value)
         const QSignalBlocker blocker(mUi->mAngleSpinBox);
         mUi->mAngleSpinBox->setValue(value);
     }
-    emit sensorParameterChanged(shownPosition());
+    emit sensorParameterChanged(position());
 }
 
 void OrvgSensorParameterWidget::onCoordinateValueChanged()
 {
-    emit sensorParameterChanged(shownPosition());
+    emit sensorParameterChanged(position());
 }
 
 void OrvgSensorParameterWidget::connectSignals()
@@ -65,12 +73,4 @@ void OrvgSensorParameterWidget::connectSignals()
             &OrvgSensorParameterWidget::onSpinBoxValueChanged);
     connect(mUi->mAngleSlider, &QSlider::valueChanged, this,
             &OrvgSensorParameterWidget::onSliderValueChanged);
-}
-
-orv::OrvSensorPosition OrvgSensorParameterWidget::shownPosition() const
-{
-    return {.leadingWord = 0,
-            .x = static_cast<std::int16_t>(mUi->mXSB->value()),
-            .y = static_cast<std::int16_t>(mUi->mYSB->value()),
-            .direction = freespace::directionOf(mUi->mAngleSpinBox->value())};
 }

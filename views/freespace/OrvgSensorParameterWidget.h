@@ -23,8 +23,11 @@ public:
     /// Fills the editors without a signal; enabled for the ids 0..11 only.
     void showSensor(std::uint8_t id, const orv::OrvSensorPosition& position);
 
+    /// What the editors show. The direction is that of the shown angle.
+    orv::OrvSensorPosition position() const;
+
 signals:
-    /// The user changed a value. The direction is that of the shown angle.
+    /// The user changed a value.
     void sensorParameterChanged(orv::OrvSensorPosition sensorPosition);
 
 public slots:
@@ -34,7 +37,6 @@ public slots:
 
 private:
     void connectSignals();
-    orv::OrvSensorPosition shownPosition() const;
 
     std::unique_ptr<Ui::OrvgSensorParameterWidget> mUi;
 };

@@ -1,6 +1,7 @@
 #include "views/live/OrvgLiveView.h"
 
 #include "ui_OrvgLiveView.h"
+#include "views/live/EchoCellDelegate.h"
 #include "views/live/OrvgSignalLineWidget.h"
 #include "views/live/OrvgSignalWidget.h"
 #include "views/live/echo_texts.h"
@@ -86,6 +87,7 @@ void OrvgLiveView::onNewMeasResult(const orv::OrvMeasurementResult& result)
 void OrvgLiveView::createEchoTable()
 {
     QTableWidget* table = mUi->echoTable;
+    table->setItemDelegate(new EchoCellDelegate(table));
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->verticalHeader()->setMinimumSectionSize(table->fontMetrics().lineSpacing());
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);

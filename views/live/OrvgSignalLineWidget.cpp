@@ -2,8 +2,13 @@
 
 #include "views/live/OrvgSignalWidget.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
 
 namespace {
 
@@ -17,11 +22,13 @@ OrvgSignalLineWidget::OrvgSignalLineWidget(QWidget* parent)
 {
     setFrameShape(QFrame::Box);
     setMinimumHeight(kMinimumHeight);
+    setMouseTracking(true);
     mLayout->setContentsMargins(0, 0, 0, 0);
     mLayout->setSpacing(1);
     // One more than fits: the first result takes it away again.
     for (int count = 0; count <= itemCount(); ++count)
         prependEmptyItem();
+    mPictures.reset(mItems.size());
 }
 
 int OrvgSignalLineWidget::itemCount() const
@@ -32,23 +39,58 @@ int OrvgSignalLineWidget::itemCount() const
 void OrvgSignalLineWidget::addMeasurement(const std::vector<orv::OrvSensorEcho>& echos,
                                           orv::OrvSensorRole role)
 {
-    adjustItems();
+    if (mItems.size() != itemCount())
+        adjustItems();
     if (mItems.isEmpty())
         return;
     shiftLeft();
     mItems.last()->setSignal(echos);
     mItems.last()->setRole(role);
+    showCursor();
+    update(contentsRect());
+}
+
+void OrvgSignalLineWidget::paintEvent(QPaintEvent* event)
+{
+    // The frame takes longer than all slots; it shares pixels with them only at ratios that have a
+    // fraction.
+    if (!hasWholePixels() || !contentsRect().contains(event->rect()))
+        QFrame::paintEvent(event);
+    QPainter painter(this);
+    for (int position = 0; position < mItems.size(); ++position) {
+        const QRect slot = mItems[position]->geometry();
+        if (!slot.isEmpty() && event->rect().intersects(slot))
+            paintSlot(painter, position);
+    }
+}
+
+void OrvgSignalLineWidget::changeEvent(QEvent* event)
+{
+    QFrame::changeEvent(event);
+    mPictures.forget();
 }
 
 void OrvgSignalLineWidget::mousePressEvent(QMouseEvent* event)
 {
-    if (auto* item = qobject_cast<OrvgSignalWidget*>(childAt(event->pos())))
+    if (OrvgSignalWidget* item = itemAt(event->pos()))
         emit signalWidgetClicked(item);
+}
+
+void OrvgSignalLineWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    mPointer = event->pos();
+    showCursor();
 }
 
 void OrvgSignalLineWidget::prependEmptyItem()
 {
+    // A slot has its place in the layout, but the line paints it: the repaint of a widget costs
+    // several times what is painted in it.
     auto* item = new OrvgSignalWidget({}, this);
+    QSizePolicy policy = item->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    item->setSizePolicy(policy);
+    item->hide();
     mItems.prepend(item);
     mLayout->insertWidget(0, item);
 }
@@ -59,10 +101,47 @@ void OrvgSignalLineWidget::adjustItems()
         prependEmptyItem();
     while (mItems.size() > itemCount())
         delete mItems.takeLast();
+    mPictures.reset(mItems.size());
 }
 
 void OrvgSignalLineWidget::shiftLeft()
 {
     for (int position = 1; position < mItems.size(); ++position)
         mItems[position - 1]->copyFrom(*mItems[position]);
+    mPictures.shiftLeft();
+}
+
+void OrvgSignalLineWidget::paintSlot(QPainter& painter, int position)
+{
+    const OrvgSignalWidget& item = *mItems[position];
+    if (hasWholePixels()) {
+        painter.drawPixmap(item.pos(), mPictures.picture(position, item));
+        return;
+    }
+    // With a fraction of a pixel between them, two slots of one width do not look the same.
+    painter.save();
+    painter.setClipRect(item.geometry());
+    painter.translate(item.pos());
+    item.paint(painter);
+    painter.restore();
+}
+
+bool OrvgSignalLineWidget::hasWholePixels() const
+{
+    return devicePixelRatioF() == devicePixelRatio();
+}
+
+OrvgSignalWidget* OrvgSignalLineWidget::itemAt(QPoint position) const
+{
+    const auto found = std::ranges::find_if(
+        mItems, [&](const auto* item) { return item->geometry().contains(position); });
+    return found == mItems.end() ? nullptr : *found;
+}
+
+void OrvgSignalLineWidget::showCursor()
+{
+    const OrvgSignalWidget* item = itemAt(mPointer);
+    const Qt::CursorShape shape = item ? item->cursor().shape() : Qt::ArrowCursor;
+    if (cursor().shape() != shape)
+        setCursor(shape);
 }

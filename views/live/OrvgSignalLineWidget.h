@@ -1,14 +1,17 @@
 #pragma once
 
 #include "orv_decoder/metatypes.h"
+#include "views/live/TimelinePictures.h"
 
 #include <QFrame>
 #include <QList>
+#include <QPoint>
 
 #include <vector>
 
 class OrvgSignalWidget;
 class QHBoxLayout;
+class QPainter;
 
 /// One sensor's timeline: a picture for each result, the newest at the right end. It has as many
 /// pictures as fit and scrolls to the left with each result.
@@ -32,13 +35,22 @@ signals:
     void signalWidgetClicked(OrvgSignalWidget* widget);
 
 protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
     void prependEmptyItem();
     void adjustItems();
     void shiftLeft();
+    void paintSlot(QPainter& painter, int position);
+    bool hasWholePixels() const;
+    OrvgSignalWidget* itemAt(QPoint position) const;
+    void showCursor();
 
     QHBoxLayout* mLayout;            // this widget's layout
-    QList<OrvgSignalWidget*> mItems; // children
+    QList<OrvgSignalWidget*> mItems; // children: hidden, this widget paints them
+    TimelinePictures mPictures;
+    QPoint mPointer{-1, -1}; // where the mouse was last
 };

@@ -31,6 +31,9 @@ public:
     /// Takes over the role and the echoes of another picture.
     void copyFrom(const OrvgSignalWidget& other);
 
+    /// Paints the picture with its top left corner at the painter's origin.
+    void paint(QPainter& painter) const;
+
     const std::vector<orv::OrvSensorEcho>& echoes() const { return mEchoes; }
     orv::OrvSensorRole role() const { return mRole; }
     bool isClickable() const { return mIsClickable; }

@@ -2,6 +2,9 @@
 
 #include "orv_decoder/constants.h"
 
+#include <QRectF>
+
+#include <algorithm>
 #include <cstdint>
 
 /// Where an echo lies in an echo picture. All sizes are pixels, all arithmetic truncates.
@@ -27,6 +30,15 @@ constexpr int echoLineY(std::uint16_t timeOfFlightUs, int height)
     const int usable = height - kFrameSpace;
     return usable -
            static_cast<int>(std::int64_t{timeOfFlightUs} * usable / orv::kMaxTimeOfFlightUs);
+}
+
+/// What a line of width 1 from kEchoLineStart to `end` covers; `end` may lie left of the start.
+///
+/// A filled rectangle costs a tenth of the line and, at every device pixel ratio, gives its pixels.
+inline QRectF echoLineRect(int end, int y)
+{
+    const auto [left, right] = std::minmax(kEchoLineStart, end);
+    return {left - 0.5, y - 0.5, right - left + 1.0, 1.0};
 }
 
 } // namespace signal_geometry

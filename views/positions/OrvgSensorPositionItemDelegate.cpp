@@ -1,7 +1,6 @@
 #include "views/positions/OrvgSensorPositionItemDelegate.h"
 
 #include "ecu/configuration/mount_fields.h"
-#include "views/common/item_tables.h"
 
 #include <QDoubleSpinBox>
 
@@ -28,12 +27,5 @@ void OrvgSensorPositionItemDelegate::setModelData(QWidget* editor, QAbstractItem
 {
     auto* spinBox = static_cast<QDoubleSpinBox*>(editor);
     spinBox->interpretText();
-    model->setData(index, spinBox->value(), Qt::EditRole);
-}
-
-void OrvgSensorPositionItemDelegate::updateEditorGeometry(QWidget* editor,
-                                                          const QStyleOptionViewItem& option,
-                                                          const QModelIndex&) const
-{
-    placeEditor(*editor, option.rect);
+    storeChange(*model, index, spinBox->value(), spinBox->value());
 }

@@ -102,3 +102,16 @@ void OrvgSensorPositionItemModel::setPositions(const orv::SensorMountPositions& 
     mPositions = positions;
     emit dataChanged(index(0, 0), index(kMountFieldCount - 1, orv::kSensorCount - 1));
 }
+
+void OrvgSensorPositionItemModel::moveSensor(std::uint8_t sensorId,
+                                             const orv::OrvSensorPosition& position)
+{
+    orv::SensorMountPosition& mount = mPositions[sensorId];
+    const orv::SensorMountPosition moved = orv::movedTo(mount, position);
+    if (moved == mount)
+        return;
+    mount = moved;
+    static_assert(MountY == MountX + 1);
+    emit dataChanged(index(MountX, sensorId), index(MountY, sensorId));
+    emit dataChanged(index(MountYaw, sensorId), index(MountYaw, sensorId));
+}

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "orv_decoder/OrvSensorPosition.h"
 #include "orv_decoder/SensorMountPosition.h"
 
 #include <QStandardItemModel>
+
+#include <cstdint>
 
 /// The mount positions of the twelve sensors: a row for each field, a column for each sensor.
 /// Lengths are shown and edited in millimetres, angles in degrees.
@@ -21,6 +24,10 @@ public:
     /// By sensor number.
     const orv::SensorMountPositions& positions() const { return mPositions; }
     void setPositions(const orv::SensorMountPositions& positions);
+
+    /// Changes x, y and yaw of one sensor, 0..11, and announces these three cells. Nothing is
+    /// announced when the sensor is there already.
+    void moveSensor(std::uint8_t sensorId, const orv::OrvSensorPosition& position);
 
 private:
     orv::SensorMountPositions mPositions;

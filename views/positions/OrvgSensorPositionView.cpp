@@ -3,9 +3,7 @@
 #include "ecu/configuration/xml_sections.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgSensorPositionView.h"
-#include "views/common/WaitCursor.h"
 #include "views/common/item_tables.h"
-#include "views/common/messages.h"
 #include "views/positions/OrvgSensorPositionItemDelegate.h"
 #include "views/positions/OrvgSensorPositionItemModel.h"
 
@@ -34,7 +32,12 @@ OrvgSensorPositionView::OrvgSensorPositionView(QWidget* parent)
     connectSignals();
 }
 
-OrvgSensorPositionView::~OrvgSensorPositionView() = default;
+OrvgSensorPositionView::~OrvgSensorPositionView()
+{
+    // An open editor is taken into the model when it is hidden, which is after this object's own
+    // part.
+    mModel->disconnect(this);
+}
 
 void OrvgSensorPositionView::setUpTable()
 {
@@ -51,12 +54,15 @@ void OrvgSensorPositionView::connectSignals()
             [this] { onReadSensorPositionTbClicked(); });
     connect(mUi->writeSensorPositionTb, &QToolButton::clicked, this,
             [this] { onWriteSensorPositionTbClicked(); });
+    connect(mModel, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
+                emit positionsChanged(topLeft.column(), bottomRight.column());
+            });
 }
 
 void OrvgSensorPositionView::setCtrlClient(orv::OrvCtrlClient* client)
 {
-    if (client)
-        mClient = client;
+    mEcu.setClient(client);
 }
 
 orv::SensorMountPositions OrvgSensorPositionView::positions() const
@@ -71,37 +77,27 @@ void OrvgSensorPositionView::setPosition(std::uint8_t sensorId,
         mUi->tableView->clearSelection();
         return;
     }
-    orv::SensorMountPositions positions = mModel->positions();
-    positions[sensorId] = orv::movedTo(positions[sensorId], position);
-    mModel->setPositions(positions);
+    mModel->moveSensor(sensorId, position);
     mUi->tableView->selectColumn(sensorId);
 }
 
 bool OrvgSensorPositionView::onReadSensorPositionTbClicked(bool silent)
 {
-    commitOpenEditor(*mUi->tableView);
-    if (!mClient || (!silent && !confirmOverwrite(this, tr("Read Positions"))))
-        return false;
     orv::SensorMountPositions positions;
-    if (!readPositions(positions)) {
-        if (!silent)
-            showCommunicationError(this, mClient->lastError());
+    const auto read = [&positions](orv::OrvCtrlClient& client) {
+        return client.readSensorPositions(positions);
+    };
+    if (!mEcu.mayOverwrite(silent, tr("Read Positions")) || !mEcu.run(silent, read))
         return false;
-    }
-    mModel->setPositions(positions);
+    editedModel().setPositions(positions);
     return true;
 }
 
 bool OrvgSensorPositionView::onWriteSensorPositionTbClicked(bool silent)
 {
-    commitOpenEditor(*mUi->tableView);
-    if (!mClient)
-        return false;
-    if (writePositions())
-        return true;
-    if (!silent)
-        showCommunicationError(this, mClient->lastError());
-    return false;
+    return mEcu.run(silent, [this](orv::OrvCtrlClient& client) {
+        return client.writeSensorPositions(editedModel().positions());
+    });
 }
 
 void OrvgSensorPositionView::setEditMode(bool editMode)
@@ -116,8 +112,7 @@ void OrvgSensorPositionView::setEditMode(bool editMode)
 
 void OrvgSensorPositionView::writeXml(QXmlStreamWriter& writer)
 {
-    commitOpenEditor(*mUi->tableView);
-    writeBase64(writer, orv::encodeMountPositions(mModel->positions()));
+    writeBase64(writer, orv::encodeMountPositions(editedModel().positions()));
 }
 
 bool OrvgSensorPositionView::readFromXml(QXmlStreamReader& reader, std::string& errString)
@@ -127,19 +122,13 @@ bool OrvgSensorPositionView::readFromXml(QXmlStreamReader& reader, std::string& 
         errString = "Invalid data format of sensor positions";
         return false;
     }
-    commitOpenEditor(*mUi->tableView);
-    mModel->setPositions(positions);
+    editedModel().setPositions(positions);
     return true;
 }
 
-bool OrvgSensorPositionView::readPositions(orv::SensorMountPositions& positions)
+// The model with what stands in an open editor, which it closes.
+OrvgSensorPositionItemModel& OrvgSensorPositionView::editedModel()
 {
-    const WaitCursor waitCursor;
-    return mClient->readSensorPositions(positions);
-}
-
-bool OrvgSensorPositionView::writePositions()
-{
-    const WaitCursor waitCursor;
-    return mClient->writeSensorPositions(mModel->positions());
+    commitOpenEditor(*mUi->tableView);
+    return *mModel;
 }

@@ -2,6 +2,7 @@
 
 #include "orv_decoder/OrvSensorPosition.h"
 #include "orv_decoder/SensorMountPosition.h"
+#include "views/common/EcuExchange.h"
 
 #include <QWidget>
 
@@ -41,6 +42,10 @@ public:
     /// 12 or more clears the selection instead.
     void setPosition(std::uint8_t sensorId, const orv::OrvSensorPosition& position);
 
+signals:
+    /// Something of the sensors of this range, 0..11, changed: read, imported, typed or moved.
+    void positionsChanged(int firstSensor, int lastSensor);
+
 public slots:
     /// False without a client, when the user declines and when the exchange failed.
     bool onReadSensorPositionTbClicked(bool silent = false);
@@ -55,10 +60,9 @@ public slots:
 private:
     void setUpTable();
     void connectSignals();
-    bool readPositions(orv::SensorMountPositions& positions);
-    bool writePositions();
+    OrvgSensorPositionItemModel& editedModel();
 
     std::unique_ptr<Ui::OrvgSensorPositionView> mUi;
     OrvgSensorPositionItemModel* mModel;
-    orv::OrvCtrlClient* mClient = nullptr; // borrowed from the window
+    EcuExchange mEcu{this};
 };

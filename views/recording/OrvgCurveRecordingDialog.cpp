@@ -3,8 +3,11 @@
 #include "ecu/recording/recording_pattern.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgCurveRecordingDialog.h"
+#include "views/common/messages.h"
+#include "views/common/threshold_style.h"
 
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QMessageBox>
 
@@ -19,12 +22,24 @@ std::uint8_t valueOf(const QSpinBox* box)
     return static_cast<std::uint8_t>(box->value());
 }
 
+// A time index alone says little.
+void tellDuration(QSpinBox& timeIndexBox)
+{
+    const auto tell = [&timeIndexBox](int timeIndex) {
+        timeIndexBox.setToolTip(segmentDurationText(timeIndex));
+    };
+    QObject::connect(&timeIndexBox, QOverload<int>::of(&QSpinBox::valueChanged), &timeIndexBox,
+                     tell);
+    tell(timeIndexBox.value());
+}
+
 } // namespace
 
 OrvgCurveRecordingDialog::OrvgCurveRecordingDialog(orv::OrvCtrlClient* client, QWidget* parent)
     : QDialog(parent), mUi(std::make_unique<Ui::OrvgCurveRecordingDialog>()), mClient(client)
 {
     mUi->setupUi(this);
+    mUi->mPlot->setThresholdColor(kThresholdColor);
     setWatchdogInterval(kWatchdogIntervalMs);
     fillControls();
     connectSignals();
@@ -53,6 +68,8 @@ void OrvgCurveRecordingDialog::fillControls()
     mUi->mWindowRightSb->setValue(initial.windowRight);
     mUi->mLutStepSb->setValue(initial.positionStep);
     mUi->mSamplesCountSb->setValue(initial.samplesPerStep);
+    tellDuration(*mUi->mWindowLeftSb);
+    tellDuration(*mUi->mWindowRightSb);
     mUi->mProgressBar->setRange(0, static_cast<int>(kEndPosition));
     mUi->mProgressBar->setValue(0);
 }
@@ -70,9 +87,10 @@ void OrvgCurveRecordingDialog::connectSignals()
 void OrvgCurveRecordingDialog::updateControls()
 {
     const bool idle = mState == State::Idle;
-    mUi->mRecordPb->setEnabled(idle || mState == State::StopRequested);
-    mUi->mStopPb->setEnabled(!idle);
+    // In this order: Stop hands its focus on to Save when it is disabled, not to a setting.
     mUi->mSavePb->setEnabled(idle);
+    mUi->mStopPb->setEnabled(!idle);
+    mUi->mRecordPb->setEnabled(idle || mState == State::StopRequested);
     mUi->mSensorCb->setEnabled(idle);
 }
 
@@ -85,10 +103,47 @@ RecordingSettings OrvgCurveRecordingDialog::settings() const
             .positionStep = valueOf(mUi->mLutStepSb)};
 }
 
+void OrvgCurveRecordingDialog::reject()
+{
+    if (!isRecording())
+        QDialog::reject();
+    else if (!mDiscardQuestion)
+        askToDiscard();
+}
+
+// The recording goes on while the question waits: what is not discarded has no gap.
+void OrvgCurveRecordingDialog::askToDiscard()
+{
+    mDiscardQuestion = openQuestion(
+        this, windowTitle(), tr("The recording is still running. Discard what was recorded?"));
+    connect(mDiscardQuestion, &QDialog::finished, this, [this](int answer) {
+        mDiscardQuestion.clear();
+        if (answer == QMessageBox::Yes)
+            done(QDialog::Rejected);
+    });
+}
+
+// From the first result on, until a requested stop has taken effect.
+bool OrvgCurveRecordingDialog::isRecording() const
+{
+    return mState == State::Recording || (mState == State::StopRequested && mWatchdog.isActive());
+}
+
 void OrvgCurveRecordingDialog::done(int result)
 {
     endRecording();
     QDialog::done(result);
+}
+
+// Enter presses the button that has the focus; in a field it ends the typing and nothing else.
+void OrvgCurveRecordingDialog::keyPressEvent(QKeyEvent* event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto* button = qobject_cast<QPushButton*>(focusWidget());
+    if (isEnter && button)
+        button->click();
+    else
+        QDialog::keyPressEvent(event);
 }
 
 void OrvgCurveRecordingDialog::onNewMeasResult(orv::OrvMeasurementResult result)
@@ -113,6 +168,8 @@ void OrvgCurveRecordingDialog::onRecordClicked()
     mState = State::StartRequested;
     mWatchdog.start();
     updateControls();
+    // Space and Enter stop; no key changes a setting by accident.
+    mUi->mStopPb->setFocus();
 }
 
 void OrvgCurveRecordingDialog::onStopClicked()
@@ -133,9 +190,8 @@ void OrvgCurveRecordingDialog::onSaveClicked()
 
 void OrvgCurveRecordingDialog::onWatchdogTimeout()
 {
-    // Before the box: no result may move the window and no second box open while it waits.
     endRecording();
-    QMessageBox::warning(this, tr("Timeout"), tr("Data receiving timeout. Recording is aborted."));
+    openWarning(this, tr("Timeout"), tr("Data receiving timeout. Recording is aborted."));
 }
 
 void OrvgCurveRecordingDialog::startRecording()
@@ -158,7 +214,7 @@ void OrvgCurveRecordingDialog::record(const orv::OrvMeasurementResult& result)
         return;
     const qint64 elapsedMs = mStartTime.elapsed();
     endRecording();
-    QMessageBox::information(this, tr("Timings"), timingsText(elapsedMs));
+    openInformation(this, tr("Timings"), timingsText(elapsedMs));
 }
 
 void OrvgCurveRecordingDialog::moveWindow(const orv::SensorThreshold& threshold,
@@ -186,5 +242,8 @@ void OrvgCurveRecordingDialog::endRecording()
 {
     mState = State::Idle;
     mWatchdog.stop();
+    // It has lost its sense, and another box may follow.
+    if (mDiscardQuestion)
+        mDiscardQuestion->reject();
     updateControls();
 }

@@ -5,9 +5,12 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QTimer>
 
 #include <memory>
+
+class QMessageBox;
 
 namespace orv {
 class OrvCtrlClient;
@@ -21,7 +24,7 @@ class OrvgCurveRecordingDialog;
 /// flight and collects the echoes that pass it.
 ///
 /// The window is moved by writing the sensor's thresholds to the ECU, not permanently. Closing the
-/// dialog ends a recording.
+/// dialog during a recording asks whether it may be discarded. No box blocks who delivers results.
 class OrvgCurveRecordingDialog : public QDialog
 {
     Q_OBJECT
@@ -37,7 +40,9 @@ public:
     /// What the user is told at the end of a recording.
     static QString timingsText(qint64 elapsedMs);
 
+    /// Ends a recording without a question.
     void done(int result) override;
+    void reject() override;
 
 public slots:
     void onNewMeasResult(orv::OrvMeasurementResult result);
@@ -45,6 +50,9 @@ public slots:
     void onStopClicked();
     void onSaveClicked();
     void onWatchdogTimeout();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     enum class State {
@@ -58,6 +66,8 @@ private:
     void connectSignals();
     void updateControls();
     RecordingSettings settings() const;
+    bool isRecording() const;
+    void askToDiscard();
 
     void startRecording();
     void record(const orv::OrvMeasurementResult& result);
@@ -71,4 +81,5 @@ private:
     RecordingSweep mSweep;
     QElapsedTimer mStartTime;
     QTimer mWatchdog{this};
+    QPointer<QMessageBox> mDiscardQuestion; // while it is open
 };

@@ -5,9 +5,7 @@
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/constants.h"
 #include "ui_OrvgMseqView.h"
-#include "views/common/WaitCursor.h"
 #include "views/common/item_tables.h"
-#include "views/common/messages.h"
 #include "views/sequence/OrvgMseqStepItemModel.h"
 #include "views/sequence/OrvgStepItemDelegate.h"
 
@@ -15,8 +13,8 @@ OrvgMseqView::OrvgMseqView(QWidget* parent, orv::OrvCtrlClient* ctrl)
     : QWidget(parent)
     , mUi(std::make_unique<Ui::OrvgMseqView>())
     , mModel(new OrvgMseqStepItemModel(this))
-    , mClient(ctrl)
 {
+    mEcu.setClient(ctrl);
     mUi->setupUi(this);
     setUpTable();
     connectSignals();
@@ -30,6 +28,9 @@ void OrvgMseqView::setUpTable()
     table->setModel(mModel);
     table->setItemDelegate(new OrvgStepItemDelegate(table));
     stretchColumns(*table, stateWords().first());
+    // A new current row is painted as one; by itself the table repaints the two cells alone.
+    connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, table->viewport(),
+            QOverload<>::of(&QWidget::update));
 }
 
 void OrvgMseqView::connectSignals()
@@ -43,8 +44,7 @@ void OrvgMseqView::connectSignals()
 
 void OrvgMseqView::setCtrlClient(orv::OrvCtrlClient* client)
 {
-    if (client)
-        mClient = client;
+    mEcu.setClient(client);
 }
 
 void OrvgMseqView::addStep()
@@ -64,25 +64,21 @@ void OrvgMseqView::removeStep()
 
 void OrvgMseqView::cloneStep()
 {
-    commitOpenEditor(*mUi->mseqTable);
     const QModelIndex current = mUi->mseqTable->currentIndex();
     if (current.isValid())
-        mModel->cloneStep(current.row());
+        editedModel().cloneStep(current.row());
     updateButtons();
 }
 
 bool OrvgMseqView::readSteps(bool silent)
 {
-    if (!mClient)
-        return false;
-    if (mModel->rowCount() > 0 && !silent && !confirmOverwrite(this, tr("Read sequence")))
-        return false;
     std::vector<orv::MseqStep> steps;
-    if (!readSequence(steps)) {
-        if (!silent)
-            showCommunicationError(this, mClient->lastError());
+    const bool nothingToAsk = silent || mModel->rowCount() == 0;
+    const auto read = [&steps](orv::OrvCtrlClient& client) {
+        return client.readMeasurementSequence(steps);
+    };
+    if (!mEcu.mayOverwrite(nothingToAsk, tr("Read sequence")) || !mEcu.run(silent, read))
         return false;
-    }
     mModel->setSteps(steps);
     updateButtons();
     return true;
@@ -90,20 +86,14 @@ bool OrvgMseqView::readSteps(bool silent)
 
 bool OrvgMseqView::writeSteps(bool silent)
 {
-    if (!mClient)
-        return false;
-    commitOpenEditor(*mUi->mseqTable);
-    if (writeSequence())
-        return true;
-    if (!silent)
-        showCommunicationError(this, mClient->lastError());
-    return false;
+    return mEcu.run(silent, [this](orv::OrvCtrlClient& client) {
+        return client.writeMeasurementSequence(editedModel().steps());
+    });
 }
 
 void OrvgMseqView::writeXml(QXmlStreamWriter& writer)
 {
-    commitOpenEditor(*mUi->mseqTable);
-    writeSequenceSection(writer, mModel->steps());
+    writeSequenceSection(writer, editedModel().steps());
 }
 
 bool OrvgMseqView::readFromXml(QXmlStreamReader& reader, std::string& error)
@@ -126,14 +116,9 @@ void OrvgMseqView::updateButtons()
     mUi->writeMseqTb->setEnabled(!isEmpty);
 }
 
-bool OrvgMseqView::readSequence(std::vector<orv::MseqStep>& steps)
+// The model with what stands in an open editor.
+OrvgMseqStepItemModel& OrvgMseqView::editedModel()
 {
-    const WaitCursor waitCursor;
-    return mClient->readMeasurementSequence(steps);
-}
-
-bool OrvgMseqView::writeSequence()
-{
-    const WaitCursor waitCursor;
-    return mClient->writeMeasurementSequence(mModel->steps());
+    commitOpenEditor(*mUi->mseqTable);
+    return *mModel;
 }

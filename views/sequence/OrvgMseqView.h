@@ -1,12 +1,11 @@
 #pragma once
 
-#include "orv_decoder/MseqStep.h"
+#include "views/common/EcuExchange.h"
 
 #include <QWidget>
 
 #include <memory>
 #include <string>
-#include <vector>
 
 class OrvgMseqStepItemModel;
 class QXmlStreamReader;
@@ -55,10 +54,9 @@ private:
     void setUpTable();
     void connectSignals();
     void updateButtons();
-    bool readSequence(std::vector<orv::MseqStep>& steps);
-    bool writeSequence();
+    OrvgMseqStepItemModel& editedModel();
 
     std::unique_ptr<Ui::OrvgMseqView> mUi;
     OrvgMseqStepItemModel* mModel;
-    orv::OrvCtrlClient* mClient = nullptr; // borrowed from the window
+    EcuExchange mEcu{this};
 };

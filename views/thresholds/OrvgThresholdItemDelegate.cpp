@@ -1,5 +1,6 @@
 #include "views/thresholds/OrvgThresholdItemDelegate.h"
 
+#include "views/common/item_tables.h"
 #include "views/thresholds/ThresholdEditor.h"
 
 #include <QCursor>
@@ -39,7 +40,8 @@ void OrvgThresholdItemDelegate::setEditorData(QWidget* editor, const QModelIndex
 void OrvgThresholdItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
                                              const QModelIndex& index) const
 {
-    model->setData(index, static_cast<ThresholdEditor*>(editor)->indexes(), Qt::EditRole);
+    const QPoint indexes = static_cast<ThresholdEditor*>(editor)->indexes();
+    storeChange(*model, index, indexes, indexes);
 }
 
 void OrvgThresholdItemDelegate::updateEditorGeometry(QWidget* editor,

@@ -3,17 +3,15 @@
 #include "ecu/configuration/threshold_section.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgThresholdView.h"
+#include "views/common/item_tables.h"
 #include "views/common/messages.h"
+#include "views/common/threshold_style.h"
 #include "views/thresholds/CalibrationDialog.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdItemDelegate.h"
 #include "views/thresholds/ThresholdTransfer.h"
 
 #include <QMessageBox>
-#include <QPointer>
-#include <QThread>
-
-#include <utility>
 
 namespace {
 
@@ -22,29 +20,27 @@ bool isSensorRow(const QModelIndex& index)
     return index.isValid() && index.row() < orv::kSensorCount;
 }
 
-void sleepMs(int milliseconds)
-{
-    QThread::msleep(static_cast<unsigned long>(milliseconds));
-}
-
 } // namespace
 
-OrvgThresholdView::OrvgThresholdView(QWidget* parent)
+OrvgThresholdView::OrvgThresholdView(QWidget* parent, CalibrationClock* calibrationClock)
     : QWidget(parent)
     , mUi(std::make_unique<Ui::OrvgThresholdView>())
     , mModel(new OrvgThreshItemModel(this))
     , mTransfer(new ThresholdTransfer(mModel, this))
-    , mCalibrationWaiting(sleepMs)
+    , mCalibration(new CalibrationRun(calibrationClock, this))
 {
     mUi->setupUi(this);
-    mUi->mPlot->setThresholdColor(QColor(QStringLiteral("orange")));
+    mUi->mPlot->setThresholdColor(kThresholdColor);
     for (const QString& name : {tr("50%"), tr("62.5%"), tr("81.25%"), tr("100%")})
         mUi->mScaleCb->addItem(name, mUi->mScaleCb->count());
     setUpTable();
     connectSignals();
 }
 
-OrvgThresholdView::~OrvgThresholdView() = default;
+OrvgThresholdView::~OrvgThresholdView()
+{
+    delete mCalibrationDialog;
+}
 
 void OrvgThresholdView::setUpTable()
 {
@@ -72,6 +68,7 @@ void OrvgThresholdView::connectSignals()
             &OrvgThresholdView::onScaleChanged);
     connect(mUi->mCalibrateTb, &QToolButton::clicked, this,
             &OrvgThresholdView::onAutoCalibrationStart);
+    connect(mCalibration, &CalibrationRun::ended, this, &OrvgThresholdView::endCalibration);
     connect(mUi->mReadTb, &QToolButton::clicked, this, [this] { onReadThresholds(); });
     connect(mUi->mReadAllTb, &QToolButton::clicked, this, [this] { onReceiveAll(); });
     connect(mUi->mWriteTb, &QToolButton::clicked, this, [this] { onWriteThresholds(); });
@@ -81,13 +78,7 @@ void OrvgThresholdView::connectSignals()
 
 void OrvgThresholdView::setCtrlClient(orv::OrvCtrlClient* client)
 {
-    if (client)
-        mTransfer->setClient(client);
-}
-
-void OrvgThresholdView::setCalibrationWaiting(Waiting waiting)
-{
-    mCalibrationWaiting = std::move(waiting);
+    mEcu.setClient(client);
 }
 
 QByteArray OrvgThresholdView::saveState() const
@@ -107,32 +98,25 @@ void OrvgThresholdView::onReadThresholds(bool silent)
         QMessageBox::information(this, tr("Read Thresholds"), tr("Please select sensor first."));
         return;
     }
-    if (!mTransfer->client() || (!silent && !confirmOverwrite(this, tr("Read Thresholds"))))
-        return;
-    if (mTransfer->read(sensor))
+    const auto read = [this, sensor](orv::OrvCtrlClient& client) {
+        return mTransfer->read(client, sensor);
+    };
+    // Who asks nothing is told a failure all the same.
+    if (mEcu.mayOverwrite(silent, tr("Read Thresholds")) && mEcu.run(false, read))
         selectSensor(sensor);
-    else
-        showCommunicationError(this, mTransfer->lastError());
 }
 
 void OrvgThresholdView::onAutoCalibrationStart()
 {
-    if (!mTransfer->client() || mIsCalibrating)
+    if (mCalibration->isRunning())
         return;
-    const std::uint8_t sensor = currentSensor();
-    if (!mTransfer->client()->startAutoCalibration(sensor)) {
-        showCommunicationError(this, mTransfer->lastError());
+    const auto start = [this](orv::OrvCtrlClient& client) {
+        return mCalibration->start(client, currentSensor());
+    };
+    if (!mEcu.run(false, start))
         return;
-    }
     mUi->mPlot->resetData();
-    const QPointer<OrvgThresholdView> self(this);
-    mIsCalibrating = true;
-    const auto ending = watchCalibration(*this, *mTransfer->client(), mCalibrationWaiting);
-    if (!self)
-        return;
-    mIsCalibrating = false;
-    endCalibration(ending, sensor);
-    selectSensor(sensor);
+    showCalibration();
 }
 
 void OrvgThresholdView::onSelectionChanged(const QModelIndex& current, const QModelIndex&)
@@ -158,13 +142,11 @@ void OrvgThresholdView::onScaleChanged(int32_t index)
 bool OrvgThresholdView::onWriteThresholds(bool silent)
 {
     const std::uint8_t sensor = currentSensor();
-    if (!mTransfer->client() || sensor == orv::kNoSensor)
+    const auto write = [this, sensor](orv::OrvCtrlClient& client) {
+        return client.writeThresholds(editedModel().record(sensor), true);
+    };
+    if (sensor == orv::kNoSensor || !mEcu.run(silent, write))
         return false;
-    if (!mTransfer->write(sensor)) {
-        if (!silent)
-            showCommunicationError(this, mTransfer->lastError());
-        return false;
-    }
     mUi->mPlot->resetData();
     selectSensor(sensor);
     return true;
@@ -179,7 +161,7 @@ void OrvgThresholdView::onNewMeasResult(orv::OrvMeasurementResult result)
 
 void OrvgThresholdView::writeXml(QXmlStreamWriter& writer)
 {
-    writeThresholdSection(writer, mModel->records());
+    writeThresholdSection(writer, editedModel().records());
 }
 
 bool OrvgThresholdView::readFromXml(QXmlStreamReader& reader, std::string& errString)
@@ -187,8 +169,9 @@ bool OrvgThresholdView::readFromXml(QXmlStreamReader& reader, std::string& errSt
     std::vector<orv::SensorThreshold> records;
     if (!readThresholdSection(reader, records, errString))
         return false;
+    OrvgThreshItemModel& model = editedModel();
     for (const orv::SensorThreshold& record : records)
-        mModel->setRecord(record);
+        model.setRecord(record);
     const std::uint8_t sensor = currentSensor();
     if (sensor != orv::kNoSensor)
         showCurve(sensor);
@@ -198,25 +181,20 @@ bool OrvgThresholdView::readFromXml(QXmlStreamReader& reader, std::string& errSt
 bool OrvgThresholdView::onReceiveAll(bool silent)
 {
     const std::uint8_t sensor = currentSensor();
-    if (!mTransfer->client() || (!silent && !confirmOverwrite(this, tr("Read Thresholds"))))
+    if (!mEcu.mayOverwrite(silent, tr("Read Thresholds")))
         return false;
-    const QStringList errors = mTransfer->readAll();
-    if (!errors.isEmpty() && !silent)
-        showCommunicationError(this, errors.join(QLatin1Char('\n')));
+    const auto readAll = [this](orv::OrvCtrlClient& client) { return mTransfer->readAll(client); };
+    const bool isComplete = mEcu.runAll(silent, readAll);
     if (sensor != orv::kNoSensor)
         showSensor(sensor);
-    return errors.isEmpty();
+    return isComplete;
 }
 
 bool OrvgThresholdView::onTransmitAll(bool silent)
 {
-    if (!mTransfer->client())
-        return false;
-    if (mTransfer->writeAll())
-        return true;
-    if (!silent)
-        showCommunicationError(this, mTransfer->lastError());
-    return false;
+    return mEcu.run(silent, [this](orv::OrvCtrlClient& client) {
+        return ThresholdTransfer::writeAll(client, editedModel().records());
+    });
 }
 
 // 0..11, or kNoSensor when no row is current.
@@ -253,27 +231,47 @@ void OrvgThresholdView::selectSensor(std::uint8_t sensorId)
         mUi->mTableView->selectRow(sensorId);
 }
 
-void OrvgThresholdView::endCalibration(CalibrationRun::Ending ending, std::uint8_t sensorId)
+// The model with what stands in an open editor, which it closes.
+OrvgThreshItemModel& OrvgThresholdView::editedModel()
+{
+    commitOpenEditor(*mUi->mTableView);
+    return *mModel;
+}
+
+void OrvgThresholdView::showCalibration()
+{
+    mCalibrationDialog = new CalibrationDialog(parentWidget());
+    connect(mCalibration, &CalibrationRun::stepped, mCalibrationDialog,
+            &CalibrationDialog::showStep);
+    mCalibrationDialog->show();
+}
+
+void OrvgThresholdView::endCalibration(CalibrationRun::Ending ending)
 {
     using Ending = CalibrationRun::Ending;
+    delete mCalibrationDialog;
+    selectSensor(mCalibration->sensorId());
     switch (ending) {
     case Ending::Finished:
-        onReadThresholds(true);
-        if (sensorId != orv::kNoSensor)
-            showCurve(sensorId);
+        takeCalibratedThresholds();
         break;
     case Ending::AbortedByEcu:
         showCalibrationError(tr("Calibration was aborted!\nPlease check sensor connection."));
         break;
     case Ending::ExchangeFailed:
-        showCommunicationError(this, mTransfer->lastError());
+        showCommunicationError(this, mEcu.client()->lastError());
         break;
     case Ending::TimedOut:
         showCalibrationError(tr("Calibration time out."));
         break;
-    case Ending::Abandoned:
-        break;
     }
+}
+
+void OrvgThresholdView::takeCalibratedThresholds()
+{
+    onReadThresholds(true);
+    if (mCalibration->sensorId() != orv::kNoSensor)
+        showCurve(mCalibration->sensorId());
 }
 
 void OrvgThresholdView::showCalibrationError(const QString& text)

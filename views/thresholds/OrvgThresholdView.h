@@ -2,15 +2,18 @@
 
 #include "ecu/calibration/CalibrationRun.h"
 #include "orv_decoder/metatypes.h"
+#include "views/common/EcuExchange.h"
 
 #include <QByteArray>
+#include <QPointer>
 #include <QWidget>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 
+class CalibrationClock;
+class CalibrationDialog;
 class OrvgThreshItemModel;
 class QModelIndex;
 class QXmlStreamReader;
@@ -35,16 +38,13 @@ class OrvgThresholdView : public QWidget
     Q_OBJECT
 
 public:
-    using Waiting = std::function<void(int milliseconds)>;
-
-    explicit OrvgThresholdView(QWidget* parent = nullptr);
+    /// @param calibrationClock drives the automatic calibration; borrowed, null for a real clock
+    explicit OrvgThresholdView(QWidget* parent = nullptr,
+                               CalibrationClock* calibrationClock = nullptr);
     ~OrvgThresholdView() override;
 
     /// The client is borrowed; a null one changes nothing.
     void setCtrlClient(orv::OrvCtrlClient* client);
-
-    /// Replaces the sleep between the steps of the automatic calibration.
-    void setCalibrationWaiting(Waiting waiting);
 
     /// The division between table and plot.
     QByteArray saveState() const;
@@ -53,7 +53,7 @@ public:
 public slots:
     /// Reads the selected sensor. A missing selection and a failure are always shown.
     void onReadThresholds(bool silent = false);
-    /// Returns when the calibration has ended, after 22 seconds and the last reply at the latest.
+    /// Returns at once. A dialog blocks the window until the calibration has ended.
     void onAutoCalibrationStart();
     void onSelectionChanged(const QModelIndex& current, const QModelIndex& previous);
     void onDataChanged(const QModelIndex& changed);
@@ -77,14 +77,18 @@ private:
     void showCurve(std::uint8_t sensorId);
     void showScale(std::uint8_t scale);
     void selectSensor(std::uint8_t sensorId);
+    OrvgThreshItemModel& editedModel();
 
-    void endCalibration(CalibrationRun::Ending ending, std::uint8_t sensorId);
+    void showCalibration();
+    void endCalibration(CalibrationRun::Ending ending);
+    void takeCalibratedThresholds();
     void showCalibrationError(const QString& text);
 
     std::unique_ptr<Ui::OrvgThresholdView> mUi;
     OrvgThreshItemModel* mModel;
     ThresholdTransfer* mTransfer;
-    Waiting mCalibrationWaiting;
+    EcuExchange mEcu{this};
+    CalibrationRun* mCalibration;
+    QPointer<CalibrationDialog> mCalibrationDialog; // a child of the view's parent
     int mLastSelectedRow = -1;
-    bool mIsCalibrating = false;
 };

@@ -1,6 +1,7 @@
 #include "views/thresholds/ThresholdEditor.h"
 
 #include "orv_decoder/tables.h"
+#include "views/common/threshold_style.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -13,8 +14,7 @@ constexpr int kLastLevelIndex = static_cast<int>(orv::kThresholdLevels.size()) -
 void addTimes(QComboBox& box)
 {
     for (int index = kLastTimeIndex; index >= 0; --index)
-        box.addItem(ThresholdEditor::tr("%1 ms").arg(
-            orv::kSegmentDurationsUs[static_cast<std::size_t>(index)] / 1000));
+        box.addItem(segmentDurationText(index));
 }
 
 void addLevels(QComboBox& box)
@@ -36,6 +36,9 @@ ThresholdEditor::ThresholdEditor(QWidget* parent)
     setFocusProxy(mTimeCb);
     mTimeCb->setObjectName(QStringLiteral("mTimeCb"));
     mLevelCb->setObjectName(QStringLiteral("mLevelCb"));
+    // The background that the editor gets as a style sheet would take the highlight from the lists.
+    for (QComboBox* box : {mTimeCb, mLevelCb})
+        box->setStyleSheet(QStringLiteral("background: none;"));
     addTimes(*mTimeCb);
     addLevels(*mLevelCb);
     auto* layout = new QFormLayout(this);

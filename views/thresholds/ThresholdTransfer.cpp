@@ -2,51 +2,39 @@
 
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/constants.h"
-#include "views/common/WaitCursor.h"
-#include "views/thresholds/OrvgThreshItemModel.h"
+
+#include <algorithm>
 
 ThresholdTransfer::ThresholdTransfer(OrvgThreshItemModel* model, QObject* parent)
     : QObject(parent), mModel(model)
 {}
 
-QString ThresholdTransfer::lastError() const
-{
-    return QString::fromStdString(mClient->lastError());
-}
-
-bool ThresholdTransfer::read(std::uint8_t sensorId)
+bool ThresholdTransfer::read(orv::OrvCtrlClient& client, std::uint8_t sensorId)
 {
     orv::SensorThreshold record;
-    if (!mClient->readThresholds(sensorId, record))
+    if (!client.readThresholds(sensorId, record))
         return false;
     if (mModel->applyRead(record))
         emit recordRead(record);
     return true;
 }
 
-bool ThresholdTransfer::write(std::uint8_t sensorId)
+QStringList ThresholdTransfer::readAll(orv::OrvCtrlClient& client)
 {
-    return mClient->writeThresholds(mModel->record(sensorId), true);
-}
-
-QStringList ThresholdTransfer::readAll()
-{
-    const WaitCursor waitCursor;
     QStringList errors;
     for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
-        if (!read(sensor))
+        if (!read(client, sensor))
             errors << tr("Sensor %1: %2")
-                          .arg(QString::number(sensor + 1).rightJustified(2), lastError());
+                          .arg(QString::number(sensor + 1).rightJustified(2),
+                               QString::fromStdString(client.lastError()));
     }
     return errors;
 }
 
-bool ThresholdTransfer::writeAll()
+bool ThresholdTransfer::writeAll(orv::OrvCtrlClient& client,
+                                 const OrvgThreshItemModel::Records& records)
 {
-    const WaitCursor waitCursor;
-    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
-        if (!write(sensor))
-            return false;
-    }
-    return true;
+    return std::ranges::all_of(records, [&client](const orv::SensorThreshold& record) {
+        return client.writeThresholds(record, true);
+    });
 }

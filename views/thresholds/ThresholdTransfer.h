@@ -1,20 +1,18 @@
 #pragma once
 
 #include "orv_decoder/SensorThreshold.h"
+#include "views/thresholds/OrvgThreshItemModel.h"
 
 #include <QObject>
 #include <QStringList>
 
 #include <cstdint>
 
-class OrvgThreshItemModel;
-
 namespace orv {
 class OrvCtrlClient;
 }
 
 /// Moves the records of a threshold model to and from the ECU, one blocking exchange a sensor.
-/// What is longer than one exchange shows the wait cursor.
 class ThresholdTransfer : public QObject
 {
     Q_OBJECT
@@ -23,21 +21,13 @@ public:
     /// The model is borrowed.
     explicit ThresholdTransfer(OrvgThreshItemModel* model, QObject* parent = nullptr);
 
-    /// The client is borrowed; until there is one, nothing below may be called.
-    void setClient(orv::OrvCtrlClient* client) { mClient = client; }
-    orv::OrvCtrlClient* client() const { return mClient; }
-    QString lastError() const;
-
-    bool read(std::uint8_t sensorId);
-
-    /// Writes permanently.
-    bool write(std::uint8_t sensorId);
+    bool read(orv::OrvCtrlClient& client, std::uint8_t sensorId);
 
     /// One line for each sensor that could not be read.
-    QStringList readAll();
+    QStringList readAll(orv::OrvCtrlClient& client);
 
-    /// Stops at the first failure.
-    bool writeAll();
+    /// Writes permanently and stops at the first failure.
+    static bool writeAll(orv::OrvCtrlClient& client, const OrvgThreshItemModel::Records& records);
 
 signals:
     /// The model has taken this record.
@@ -45,5 +35,4 @@ signals:
 
 private:
     OrvgThreshItemModel* mModel;
-    orv::OrvCtrlClient* mClient = nullptr;
 };

@@ -1,8 +1,12 @@
 #include "tests/support/MessageBoxWatcher.h"
 #include "views/common/messages.h"
 
+#include <QAbstractButton>
+#include <QPointer>
+#include <QPushButton>
 #include <QtTest>
 
+#include <memory>
 #include <string>
 
 class MessagesTest : public QObject
@@ -50,6 +54,63 @@ private slots:
         QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::No);
     }
 
+    void openedBoxesReturnAtOnceAndTellTheSame_data()
+    {
+        QTest::addColumn<int>("icon");
+        QTest::addColumn<int>("buttons");
+        QTest::newRow("information") << int{QMessageBox::Information} << int{QMessageBox::Ok};
+        QTest::newRow("warning") << int{QMessageBox::Warning} << int{QMessageBox::Ok};
+        QTest::newRow("question") << int{QMessageBox::Question}
+                                  << int{QMessageBox::Yes | QMessageBox::No};
+    }
+
+    void openedBoxesReturnAtOnceAndTellTheSame()
+    {
+        QFETCH(int, icon);
+        QWidget parent;
+        MessageBoxWatcher watcher;
+        open(icon, parent);
+        const QPointer<QMessageBox> box = parent.findChild<QMessageBox*>();
+        QVERIFY(box && box->isVisible());
+        QCOMPARE(box->windowModality(), Qt::WindowModal);
+        QVERIFY(watcher.boxes().isEmpty());
+        QTRY_COMPARE(watcher.boxes().size(), 1);
+        const auto& seen = watcher.boxes().first();
+        QCOMPARE(int{seen.icon}, icon);
+        QCOMPARE(seen.title, QString("Title"));
+        QCOMPARE(seen.text, QString("Text"));
+        QTEST(static_cast<int>(seen.buttons), "buttons");
+        QTRY_VERIFY(!box);
+    }
+
+    void openedBoxMayGoWithItsWindow()
+    {
+        auto parent = std::make_unique<QWidget>();
+        const QPointer<QMessageBox> box = openQuestion(parent.get(), "Title", "Text");
+        parent.reset();
+        QVERIFY(!box);
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void openedQuestionFinishesWithItsButton_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::newRow("yes") << int{QMessageBox::Yes};
+        QTest::newRow("no") << int{QMessageBox::No};
+    }
+
+    void openedQuestionFinishesWithItsButton()
+    {
+        QFETCH(int, answer);
+        QWidget parent;
+        QMessageBox* box = openQuestion(&parent, "Title", "Text");
+        QVERIFY(box->defaultButton() == box->button(QMessageBox::No));
+        QSignalSpy finished(box, &QDialog::finished);
+        box->button(static_cast<QMessageBox::StandardButton>(answer))->click();
+        QCOMPARE(finished.size(), 1);
+        QCOMPARE(finished.first().first().toInt(), answer);
+    }
+
     void communicationErrorIsAWarningToConfirm()
     {
         MessageBoxWatcher watcher;
@@ -69,6 +130,17 @@ private slots:
         const auto& box = watcher.boxes().first();
         QCOMPARE(box.title, QString("Communication error"));
         QCOMPARE(box.text, QString("receive timeout"));
+    }
+
+private:
+    static void open(int icon, QWidget& parent)
+    {
+        if (icon == QMessageBox::Information)
+            openInformation(&parent, "Title", "Text");
+        else if (icon == QMessageBox::Warning)
+            openWarning(&parent, "Title", "Text");
+        else
+            openQuestion(&parent, "Title", "Text");
     }
 };
 

@@ -2,6 +2,8 @@
 #include "tests/views/freespace/picture.h"
 
 #include <QGraphicsPolygonItem>
+#include <QHelpEvent>
+#include <QToolTip>
 #include <QtTest>
 
 namespace {
@@ -33,6 +35,15 @@ QGraphicsPolygonItem* wedge(const FreespaceItem& item)
 const QLinearGradient* gradientOf(const QGraphicsPolygonItem& item)
 {
     return static_cast<const QLinearGradient*>(item.brush().gradient());
+}
+
+// What appears when the mouse rests there.
+QString toolTipAt(const QGraphicsView& view, double sceneX, double sceneY)
+{
+    const QPoint pixel = picture::pixelOf(view, sceneX, sceneY);
+    QHelpEvent event(QEvent::ToolTip, pixel, view.viewport()->mapToGlobal(pixel));
+    QApplication::sendEvent(view.viewport(), &event);
+    return QToolTip::text();
 }
 
 struct Stop
@@ -96,21 +107,6 @@ private slots:
             QVERIFY(lines.contains(line));
     }
 
-    void originStaysInTheMiddleUntilTheUserMovesIt()
-    {
-        OrvgFreespaceGraphicsView view;
-        view.resize(900, 600);
-        view.show();
-        view.resize(500, 400);
-        const QPoint middle = view.viewport()->rect().center();
-        QVERIFY((picture::pixelOf(view, 0, 0) - middle).manhattanLength() <= 4);
-
-        view.centerOn(4000, 0);
-        const QPoint before = picture::pixelOf(view, 0, 0);
-        view.resize(700, 500);
-        QCOMPARE(picture::pixelOf(view, 0, 0), before);
-    }
-
     void reportingSensorGetsAMarkerAndTwoPolygons()
     {
         OrvgFreespaceGraphicsView view;
@@ -123,6 +119,8 @@ private slots:
         const auto drawings = picture::freespaces(view);
         QCOMPARE(drawings.size(), 1);
         QCOMPARE(drawings[0]->childItems().size(), 2);
+        QCOMPARE(outline(*drawings[0])->group(), drawings[0]);
+        QCOMPARE(wedge(*drawings[0])->group(), drawings[0]);
         QCOMPARE(outline(*drawings[0])->polygon()[1], QPointF(2100, -500));
         QCOMPARE(wedge(*drawings[0])->polygon()[0], QPointF(100, 500));
     }
@@ -378,6 +376,49 @@ private slots:
         OrvgSensorItem marker(8, {5, 1000, 200, 4369}, Qt::green);
         marker.setPos(-300.4, 900.6);
         QVERIFY((marker.position() == orv::OrvSensorPosition{5, -300, -901, 4369}));
+    }
+
+    void toolTipTellsWhereTheMarkerIs()
+    {
+        OrvgFreespaceGraphicsView view;
+        view.resize(900, 600);
+        view.show();
+        view.onSetEditMode(false);
+        view.onNewFreespacePackage(aPackage({anEntry(8).at(1000, -200, 4369)}));
+        QCOMPARE(toolTipAt(view, 1000, 200),
+                 QString("Sensor 9\nX: 1000 mm\nY: -200 mm\nDirection: 24.00\u00B0"));
+        view.onNewFreespacePackage(aPackage({anEntry(8).at(1500, -200, 65535)}));
+        QCOMPARE(toolTipAt(view, 1500, 200),
+                 QString("Sensor 9\nX: 1500 mm\nY: -200 mm\nDirection: 360.00\u00B0"));
+        picture::sensor(view, 8)->moveBy(0, -70);
+        QCOMPARE(toolTipAt(view, 1500, 130),
+                 QString("Sensor 9\nX: 1500 mm\nY: -130 mm\nDirection: 360.00\u00B0"));
+    }
+
+    void toolTipBesideTheMarkersIsThatOfThePicture()
+    {
+        OrvgFreespaceGraphicsView view;
+        view.setToolTip("what can be done");
+        view.resize(900, 600);
+        view.show();
+        QCOMPARE(toolTipAt(view, -3000, -3000), QString("what can be done"));
+        QVERIFY(QToolTip::isVisible());
+    }
+
+    void selectedMarkersHaveNoBoxAroundThem()
+    {
+        OrvgFreespaceGraphicsView view;
+        view.resize(900, 600);
+        view.setTransform(QTransform::fromScale(0.5, 0.5));
+        view.setPositions({}); // all open to the right
+        view.centerOn(0, 0);
+        const QImage before = view.viewport()->grab().toImage();
+        for (OrvgSensorItem* marker : picture::itemsOf<OrvgSensorItem>(view))
+            marker->setSelected(true);
+        const QImage after = view.viewport()->grab().toImage();
+        const QRect leftHalf(QPoint(0, 0), QSize(view.viewport()->width() / 2 - 10, 600));
+        QCOMPARE(after.copy(leftHalf), before.copy(leftHalf));
+        QVERIFY(after != before); // the red pens
     }
 
     void markerCannotLeaveTheRangeOfAPosition()

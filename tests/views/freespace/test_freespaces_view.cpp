@@ -5,6 +5,7 @@
 #include <QFrame>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QSplitter>
@@ -37,6 +38,23 @@ private slots:
         QCOMPARE(loaded.size(), 1);
     }
 
+    void modeIsActivatedBeforeThePositionsAreLoaded()
+    {
+        QStringList order;
+        const auto markers = [this] {
+            return picture::itemsOf<OrvgSensorItem>(mFixture->picture()).size();
+        };
+        connect(&mFixture->view, &OrvgFreespacesView::editModeActivated, this, [&] {
+            compareMode(true);
+            order << QString("activated with %1 markers").arg(markers());
+        });
+        connect(&mFixture->view, &OrvgFreespacesView::loadPositions, this,
+                [&] { order << "loaded"; });
+        mFixture->click("mModeButton");
+        QCOMPARE(order, QStringList({"activated with 0 markers", "loaded"}));
+        QCOMPARE(markers(), 12);
+    }
+
     void modeButtonSwitchesBack()
     {
         mFixture->setEditMode(true);
@@ -45,6 +63,36 @@ private slots:
         compareMode(false);
         QVERIFY(mFixture->positions.readButton().isVisibleTo(&mFixture->positions.view));
         QCOMPARE(activated.size(), 0);
+    }
+
+    void switchingTheModeDoesNotMoveThePicture_data()
+    {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<QList<int>>("sizes");
+        QTest::newRow("as it starts") << 1000 << QList<int>();
+        QTest::newRow("wide picture") << 1000 << QList<int>({1000, 0});
+        QTest::newRow("narrow picture") << 1000 << QList<int>({0, 1000});
+        QTest::newRow("small window") << 500 << QList<int>();
+    }
+
+    void switchingTheModeDoesNotMoveThePicture()
+    {
+        QFETCH(int, width);
+        QFETCH(QList<int>, sizes);
+        mFixture->view.resize(width, 600);
+        if (!sizes.isEmpty())
+            mFixture->part<QSplitter>("splitter").setSizes(sizes);
+        QCoreApplication::processEvents();
+        const auto place = [this] {
+            QCoreApplication::processEvents(); // the layout
+            return mFixture->picture().mapTo(&mFixture->view,
+                                             picture::pixelOf(mFixture->picture(), 0, 0));
+        };
+        const QPoint before = place();
+        mFixture->click("mModeButton");
+        QCOMPARE(place(), before);
+        mFixture->click("mModeButton");
+        QCOMPARE(place(), before);
     }
 
     void editModeShowsAllSensorsOfTheTable()
@@ -65,6 +113,14 @@ private slots:
             QCOMPARE(button.accessibleName(), button.toolTip());
             QVERIFY2(!button.icon().isNull() && !button.icon().availableSizes().isEmpty(), name);
         }
+    }
+
+    void pictureTellsWhatCanBeDoneWithIt()
+    {
+        const QString tip = mFixture->picture().toolTip();
+        for (const char* gesture : {"Wheel", "Ctrl + wheel", "Middle button", "Page Up",
+                                    "Page Down", "Arrow keys", "Shift", "Home", "Escape"})
+            QVERIFY2(tip.contains(gesture), gesture);
     }
 
     void tableHasAllWedges()
@@ -98,6 +154,25 @@ private slots:
         const auto& table = mFixture->part<QTableWidget>("mTable");
         QVERIFY(table.columnWidth(0) > table.fontMetrics().horizontalAdvance("65535 mm"));
         QVERIFY(table.viewport()->width() >= table.horizontalHeader()->length());
+    }
+
+    void allRowsAreSeenInALowView()
+    {
+        const QFont before = QApplication::font();
+        QFont usual = before;
+        usual.setPixelSize(12); // 9 points at 96 dots per inch
+        QApplication::setFont(usual);
+        mFixture = std::make_unique<FreespacesFixture>();
+        QApplication::setFont(before);
+        mFixture->view.setFont(usual);
+
+        mFixture->view.resize(1000, 300);
+        QCoreApplication::processEvents();
+        QCOMPARE(mFixture->view.height(), 300);
+        auto& table = mFixture->part<QTableWidget>("mTable");
+        QVERIFY(!table.verticalScrollBar()->isVisible());
+        QVERIFY(table.viewport()->rect().contains(table.visualItemRect(table.item(11, 0))));
+        QVERIFY(table.rowHeight(0) > table.fontMetrics().height());
     }
 
     void absentDistanceEmptiesItsCellAlone()
@@ -287,6 +362,15 @@ private slots:
     {
         mFixture->setEditMode(true);
         mFixture->select(2);
+        mFixture.reset();
+    }
+
+    void viewEndsInADrag()
+    {
+        mFixture->setEditMode(true);
+        const QPoint start = mFixture->picture().mapFromScene(3650, -240);
+        picture::press(mFixture->picture(), start);
+        picture::moveMouse(mFixture->picture(), start + QPoint(10, 0), Qt::LeftButton);
         mFixture.reset();
     }
 

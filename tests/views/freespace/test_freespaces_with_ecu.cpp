@@ -112,6 +112,20 @@ private slots:
         QCOMPARE(bench.ecu.errorOutput(), QString());
     }
 
+    void fieldWithoutObstacleIsDrawnFreeToItsEnd()
+    {
+        Bench bench({"--scene", "wall", "--wall-distance", "5000"});
+        QVERIFY(bench.showAllSensors());
+        for (int row = 0; row < 12; ++row) {
+            for (int column = 0; column < 3; ++column)
+                QCOMPARE(bench.distance(row, column), QString("4000 mm"));
+        }
+        // 3.5 m behind the tenth sensor
+        const QPoint place = bench.picture().mapFromScene(-870 - 3487, -260 - 305);
+        const QColor colour = bench.picture().viewport()->grab().toImage().pixelColor(place);
+        QVERIFY2(colour.green() > colour.red() + 20, qPrintable(colour.name())); // not orange
+    }
+
     void draggedSensorIsProgrammedAndReportsFromItsNewPlace()
     {
         Bench bench({"--scene", "car"});

@@ -54,6 +54,16 @@ struct ShownView
     bool isExposed = false;
 };
 
+struct PaintCounter : QObject
+{
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+    int count = 0;
+};
+
 std::uint16_t microseconds(int value)
 {
     return static_cast<std::uint16_t>(value);
@@ -224,6 +234,21 @@ private slots:
         shown.take(aMeasurement().withEcho(0, 4000, 4).withEcho(0, 0, 5));
         QCOMPARE(shown.times(), (QStringList{"4", "", "3", "", ""}));
         QCOMPARE(shown.magnitudes(), (QStringList{"4 (0.08)", "", "3 (0.06)", "", ""}));
+    }
+
+    void sameEchoesDoNotRepaintTheTable()
+    {
+        ShownView shown;
+        shown.take(aMeasurement().withEcho(0, 5120, 7));
+        QCoreApplication::processEvents();
+        PaintCounter counter;
+        shown.view.findChild<QTableWidget*>("echoTable")->viewport()->installEventFilter(&counter);
+        shown.take(aMeasurement().withEcho(0, 5120, 7));
+        QCoreApplication::processEvents();
+        QCOMPARE(counter.count, 0);
+        shown.take(aMeasurement().withEcho(0, 5120, 8));
+        QCoreApplication::processEvents();
+        QCOMPARE(counter.count, 1);
     }
 
     void tableShowsFiveEchoesAndThePicturesAll()

@@ -166,6 +166,26 @@ private slots:
         QVERIFY(lastCell.height() >= table->fontMetrics().lineSpacing());
     }
 
+    void largePictureKeepsItsHeightOnASmallScreen_data()
+    {
+        QTest::addColumn<int>("viewHeight");
+        QTest::addColumn<int>("tableHeight");
+        QTest::newRow("table in full") << 290 << 180;
+        QTest::newRow("table scrolls") << 200 << 90;
+        QTest::newRow("table all but gone") << 115 << 5;
+    }
+
+    void largePictureKeepsItsHeightOnASmallScreen()
+    {
+        QFETCH(int, viewHeight);
+        OrvgLiveView view;
+        view.resize(1037, viewHeight);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QCOMPARE(view.findChild<OrvgSignalWidget*>("signalWidget")->height(), 80);
+        QTEST(view.findChild<QTableWidget*>("echoTable")->height(), "tableHeight");
+    }
+
     void largePictureStandsAboveTheTable()
     {
         OrvgLiveView view;

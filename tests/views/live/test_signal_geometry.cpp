@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 using signal_geometry::echoLineEnd;
+using signal_geometry::echoLineRect;
 using signal_geometry::echoLineY;
 
 TEST(EchoLine, strongestEchoEndsFivePixelsBeforeTheRightEdge)
@@ -75,4 +76,14 @@ TEST(EchoLine, largestPossiblePictureDoesNotOverflow)
 {
     EXPECT_EQ(echoLineEnd(255, 16777215), 285212586);
     EXPECT_EQ(echoLineY(65535, 16777215), -19872606);
+}
+
+TEST(EchoLine, lineCoversHalfAPixelAroundIt)
+{
+    EXPECT_EQ(echoLineRect(15, 42), QRectF(1.5, 41.5, 14, 1));
+}
+
+TEST(EchoLine, lineThatEndsLeftOfItsStartRunsToTheLeft)
+{
+    EXPECT_EQ(echoLineRect(1, 42), QRectF(0.5, 41.5, 2, 1));
 }

@@ -2,6 +2,7 @@
 #include "views/live/OrvgSignalWidget.h"
 
 #include <QHBoxLayout>
+#include <QScreen>
 #include <QtTest>
 
 using Echoes = std::vector<orv::OrvSensorEcho>;
@@ -164,6 +165,24 @@ private slots:
         QCOMPARE(contents(line), (QList<int>{0, 200}));
     }
 
+    void timelineThatGotTooNarrowIsSeenToBeEmpty()
+    {
+        QWidget window;
+        window.resize(400, 100);
+        OrvgSignalLineWidget line(&window);
+        line.resize(400, 50);
+        window.show();
+        for (int count = 0; count < 12; ++count)
+            line.addMeasurement(oneEcho(100), OrvSensorRole::Sending);
+        line.resize(39, 50);
+        QCoreApplication::processEvents();
+        line.addMeasurement(oneEcho(100), OrvSensorRole::Sending);
+        QCoreApplication::processEvents();
+        const QImage seen = window.screen()->grabWindow(window.winId()).toImage();
+        for (int x = 1; x < 38; ++x)
+            QCOMPARE(seen.pixelColor(x, 25), window.palette().color(QPalette::Window));
+    }
+
     void warmTimelineKeepsItsItemsAndTheirBuffers()
     {
         OrvgSignalLineWidget line;
@@ -198,6 +217,35 @@ private slots:
                           QPoint(61, 25));
         QCOMPARE(spy.count(), 1);
         QCOMPARE(spy.first().first().value<OrvgSignalWidget*>(), line.items().at(1));
+    }
+
+    void handShowsOverAPictureWithEchoes()
+    {
+        OrvgSignalLineWidget line;
+        line.resize(164, 50);
+        line.addMeasurement(oneEcho(100), OrvSensorRole::Sending);
+        line.addMeasurement({}, OrvSensorRole::NotInvolved);
+        line.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&line));
+        QTest::mouseMove(line.windowHandle(), QPoint(100, 25)); // the third of four
+        QTRY_COMPARE(line.cursor().shape(), Qt::PointingHandCursor);
+        QTest::mouseMove(line.windowHandle(), QPoint(140, 25));
+        QTRY_COMPARE(line.cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void handComesAndGoesUnderAStillMouse()
+    {
+        OrvgSignalLineWidget line;
+        line.resize(164, 50);
+        line.addMeasurement(oneEcho(100), OrvSensorRole::Sending);
+        line.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&line));
+        QTest::mouseMove(line.windowHandle(), QPoint(150, 25));
+        QTRY_COMPARE(line.cursor().shape(), Qt::PointingHandCursor);
+        line.addMeasurement({}, OrvSensorRole::NotInvolved);
+        QCOMPARE(line.cursor().shape(), Qt::ArrowCursor);
+        line.addMeasurement(oneEcho(100), OrvSensorRole::Sending);
+        QCOMPARE(line.cursor().shape(), Qt::PointingHandCursor);
     }
 
     void pressBesideThePicturesReportsNothing()

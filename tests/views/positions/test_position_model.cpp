@@ -1,3 +1,4 @@
+#include "ecu/configuration/mount_fields.h"
 #include "views/positions/OrvgSensorPositionItemModel.h"
 
 #include <QAbstractItemModelTester>
@@ -157,6 +158,36 @@ private slots:
         QCOMPARE(mModel->positions(), orv::SensorMountPositions());
     }
 
+    void movedSensorIsAnnouncedByTheThreeCellsThatShowIt()
+    {
+        mModel->setPositions(aTable());
+        QSignalSpy changes(mModel.get(), &QAbstractItemModel::dataChanged);
+        mModel->moveSensor(7, {.leadingWord = 0, .x = 1, .y = 2, .direction = 16384});
+        QCOMPARE(announcedCells(changes),
+                 (QSet<QPair<int, int>>{{MountX, 7}, {MountY, 7}, {MountYaw, 7}}));
+        orv::SensorMountPositions expected = aTable();
+        expected[7] = {.x = 1, .y = 2, .height = 300, .yaw = 16384, .pitch = 500, .roll = 600};
+        QCOMPARE(mModel->positions(), expected);
+    }
+
+    void everyAnnouncementFindsTheWholeMove()
+    {
+        mModel->setPositions(aTable());
+        connect(mModel.get(), &QAbstractItemModel::dataChanged, this, [this] {
+            QCOMPARE(at(MountX, 7), QVariant(1));
+            QCOMPARE(at(MountYaw, 7), QVariant(90.0));
+        });
+        mModel->moveSensor(7, {.leadingWord = 0, .x = 1, .y = 2, .direction = 16384});
+    }
+
+    void sensorThatStaysIsNotAnnounced()
+    {
+        mModel->setPositions(aTable());
+        QSignalSpy changes(mModel.get(), &QAbstractItemModel::dataChanged);
+        mModel->moveSensor(7, {.leadingWord = 0, .x = 107, .y = -200, .direction = 400});
+        QCOMPARE(changes.size(), 0);
+    }
+
     void newTableIsAnnouncedAsOneBlock()
     {
         QSignalSpy changes(mModel.get(), &QAbstractItemModel::dataChanged);
@@ -180,6 +211,21 @@ private:
                             .pitch = 500,
                             .roll = 600};
         return positions;
+    }
+
+    // Row and column of every cell in the ranges of dataChanged.
+    static QSet<QPair<int, int>> announcedCells(const QSignalSpy& changes)
+    {
+        QSet<QPair<int, int>> cells;
+        for (const QList<QVariant>& change : changes) {
+            const QModelIndex first = change[0].toModelIndex();
+            const QModelIndex last = change[1].toModelIndex();
+            for (int row = first.row(); row <= last.row(); ++row) {
+                for (int column = first.column(); column <= last.column(); ++column)
+                    cells.insert({row, column});
+            }
+        }
+        return cells;
     }
 
     QVariant at(int row, int column, int role = Qt::DisplayRole) const

@@ -1,5 +1,9 @@
+#include "tests/support/Palettes.h"
+#include "tests/support/clipped_widgets.h"
+#include "tests/support/rendered_contrast.h"
 #include "tests/support/screenshots.h"
 #include "tests/views/positions/PositionViewFixture.h"
+#include "views/positions/OrvgSensorPositionItemDelegate.h"
 
 #include <QHeaderView>
 #include <QIcon>
@@ -52,6 +56,18 @@ private slots:
         QCOMPARE(picture.toImage(), expected.pixmap(420, 230).toImage());
     }
 
+    void originInThePictureIsTheRearAxle()
+    {
+        const QImage picture(":/icons/icons/xyheightypr.png");
+        const QRgb axis = qRgb(0x54, 0x61, 0x70);
+        const QRgb tyre = qRgb(0x6b, 0x7a, 0x8c);
+        QCOMPARE(picture.pixel(51, 101), tyre); // rear wheel, around 59
+        QCOMPARE(picture.pixel(67, 101), tyre);
+        QCOMPARE(picture.pixel(58, 70), axis);   // y, up from the axle
+        QCOMPARE(picture.pixel(180, 129), axis); // x, forward
+        QVERIFY(picture.pixel(81, 70) != axis);
+    }
+
     void tabKeyLeavesTheTable()
     {
         mFixture->view.show();
@@ -96,6 +112,52 @@ private slots:
     {
         mFixture->model().setPositions(PositionViewFixture::aCar());
         QCOMPARE(mFixture->openEditor(3, 0)->value(), 80.0);
+    }
+
+    void editorLeftUntouchedChangesNothing_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("way");
+        for (const QString way : {"Enter", "Tab", "Backtab", "focus loss", "click elsewhere"}) {
+            QTest::newRow(qPrintable("x, " + way)) << 0 << way;
+            QTest::newRow(qPrintable("pitch, " + way)) << 4 << way;
+        }
+    }
+
+    // Two neighbouring binary angles show as the same hundredth of a degree.
+    void editorLeftUntouchedChangesNothing()
+    {
+        QFETCH(int, row);
+        QFETCH(QString, way);
+        orv::SensorMountPositions positions = PositionViewFixture::aCar();
+        positions[2].pitch = 912; // 5.00, which is 911 when it is entered
+        mFixture->model().setPositions(positions);
+        mFixture->view.show();
+        mFixture->view.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&mFixture->view));
+        QSignalSpy changes(&mFixture->model(), &QAbstractItemModel::dataChanged);
+        const QPointer<QDoubleSpinBox> editor = mFixture->openEditor(row, 2);
+        QVERIFY(editor);
+        leave(*editor, way);
+        QTRY_VERIFY(!editor);
+        QCOMPARE(mFixture->view.positions(), positions);
+        QVERIFY(changes.isEmpty());
+    }
+
+    void noAngleIsChangedByLookingAtIt()
+    {
+        OrvgSensorPositionItemDelegate delegate;
+        QDoubleSpinBox editor;
+        editor.setRange(0, 360);
+        const QModelIndex yaw = mFixture->model().index(3, 0);
+        for (int stored = 0; stored <= 0xFFFF; ++stored) {
+            orv::SensorMountPositions positions;
+            positions[0].yaw = static_cast<std::uint16_t>(stored);
+            mFixture->model().setPositions(positions);
+            delegate.setEditorData(&editor, yaw);
+            delegate.setModelData(&editor, &mFixture->model(), yaw);
+            QCOMPARE(int{mFixture->view.positions()[0].yaw}, stored);
+        }
     }
 
     void editorIsWideEnoughForItsRangeAndStaysInTheTable()
@@ -205,6 +267,23 @@ private slots:
         QCOMPARE(mFixture->view.positions(), positions);
     }
 
+    void everyChangeIsAnnouncedWithItsSensors()
+    {
+        QSignalSpy changes(&mFixture->view, &OrvgSensorPositionView::positionsChanged);
+        mFixture->model().setPositions(PositionViewFixture::aCar());
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes.takeFirst(), (QVariantList{0, 11}));
+        QDoubleSpinBox* editor = mFixture->openEditor(0, 2);
+        QTest::keyClicks(editor, "77");
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_COMPARE(changes.size(), 1);
+        QCOMPARE(changes.takeFirst(), (QVariantList{2, 2}));
+        mFixture->view.setPosition(4, {.x = 1});
+        QVERIFY(!changes.isEmpty());
+        for (const QVariantList& change : changes)
+            QCOMPARE(change, (QVariantList{4, 4}));
+    }
+
     void movedSensorIsSelected()
     {
         mFixture->view.setPosition(3, {});
@@ -233,16 +312,87 @@ private slots:
         QCOMPARE(mFixture->view.positions(), PositionViewFixture::aCar());
     }
 
-    void looksAsInTheGuide()
+    void noButtonIsCutInALowDock()
+    {
+        mFixture->view.show();
+        for (const int height : {mFixture->view.minimumSizeHint().height(), 140, 244}) {
+            mFixture->view.resize(1280, height);
+            QCoreApplication::processEvents();
+            QCOMPARE(clippedChildren<QToolButton>(mFixture->view), QStringList());
+        }
+    }
+
+    void allFieldsAreSeenInADockAsItIsAtFirst()
+    {
+        mFixture->view.resize(1280, 244);
+        mFixture->view.show();
+        QCoreApplication::processEvents();
+        const QRect lastRow = mFixture->table().visualRect(mFixture->model().index(5, 0));
+        const QWidget* viewport = mFixture->table().viewport();
+        QVERIFY(viewport->visibleRegion().contains(lastRow.adjusted(0, 0, 0, -1)));
+        QVERIFY(viewport->visibleRegion().boundingRect().bottom() >= lastRow.bottom() - 1);
+    }
+
+    void textsOfTheTableRead_data()
+    {
+        QTest::addColumn<QPalette>("palette");
+        QTest::newRow("light") << lightPalette();
+        QTest::newRow("dark") << darkPalette();
+    }
+
+    void textsOfTheTableRead()
+    {
+        QFETCH(QPalette, palette);
+        const PaletteScope scope(palette);
+        mFixture->model().setPositions(PositionViewFixture::aCar());
+        mFixture->view.show();
+        mFixture->view.setPosition(3, {});
+        QCOMPARE(inCell(3, 0).ground, palette.color(QPalette::Base));
+        QVERIFY(inCell(3, 0).ratio >= 4.5);
+        QCOMPARE(inCell(3, 3).ground, palette.color(QPalette::Highlight));
+        QVERIFY(inCell(3, 3).ratio >= 3);
+    }
+
+    void guidePictureShowsValuesEditorAndExplanation()
     {
         mFixture->model().setPositions(PositionViewFixture::aCar());
         mFixture->view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&mFixture->view));
-        QVERIFY(mFixture->openEditor(3, 1));
+        const QDoubleSpinBox* editor = mFixture->openEditor(3, 1);
+        QVERIFY(editor);
+        QCOMPARE(editor->text(), QString("35.00"));
+        const QRect picture = mFixture->part<QLabel>("label").geometry();
+        const QRect contents = mFixture->part<QWidget>("scrollAreaWidgetContents").rect();
+        QVERIFY(contents.contains(picture));
+        QVERIFY(contents.height() <= mFixture->part<QScrollArea>("scrollArea").height());
         saveScreenshot(mFixture->view, "sensor-positions");
     }
 
 private:
+    RenderedContrast inCell(int row, int column)
+    {
+        const QRect cell = mFixture->table().visualRect(mFixture->model().index(row, column));
+        const double ratio = qApp->devicePixelRatio();
+        const QRect inner = cell.adjusted(3, 3, -3, -3);
+        return renderedContrast(mFixture->table().viewport()->grab().toImage(),
+                                {inner.topLeft() * ratio, inner.size() * ratio});
+    }
+
+    void leave(QDoubleSpinBox& editor, const QString& way)
+    {
+        if (way == "Enter")
+            QTest::keyClick(&editor, Qt::Key_Return);
+        else if (way == "Tab")
+            QTest::keyClick(&editor, Qt::Key_Tab);
+        else if (way == "Backtab")
+            QTest::keyClick(&editor, Qt::Key_Backtab);
+        else if (way == "focus loss")
+            mFixture->readButton().setFocus();
+        else
+            QTest::mouseClick(mFixture->table().viewport(), Qt::LeftButton, {},
+                              mFixture->table().visualRect(mFixture->model().index(0, 8)).center());
+    }
+
     std::unique_ptr<PositionViewFixture> mFixture;
 };
 

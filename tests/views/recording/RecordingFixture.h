@@ -15,6 +15,7 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTemporaryDir>
+#include <QtTest>
 
 /// Results up to the last one of a recording with the defaults: one starts it, 145 positions take
 /// three each, the last one takes sixteen and one completes it.
@@ -47,6 +48,14 @@ struct RecordingFixture
     QTimer* watchdog() const
     {
         return dialog.findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
+    }
+
+    /// False when the window does not become active.
+    bool show()
+    {
+        dialog.show();
+        dialog.activateWindow();
+        return QTest::qWaitForWindowActive(&dialog);
     }
 
     bool isIdle() const

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -22,6 +23,55 @@ class Source : public QObject
 signals:
     void measResultReceived(orv::OrvMeasurementResult result);
 };
+
+// A recording whose results come from a poll; nobody answers its boxes.
+struct LiveRecording
+{
+    LiveRecording()
+    {
+        fixture.watcher.rest();
+        QObject::connect(&source, &Source::measResultReceived, &fixture.dialog,
+                         &OrvgCurveRecordingDialog::onNewMeasResult);
+        QObject::connect(&source, &Source::measResultReceived, &source, [this] { ++delivered; });
+        QObject::connect(&poll, &QTimer::timeout, &source,
+                         [this] { emit source.measResultReceived(aMeasurement()); });
+    }
+
+    QMessageBox* openBox() const
+    {
+        return qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    }
+
+    QStringList boxTitles() const
+    {
+        QStringList titles;
+        for (const QMessageBox* box : fixture.dialog.findChildren<QMessageBox*>()) {
+            if (box->isVisible())
+                titles << box->windowTitle();
+        }
+        return titles;
+    }
+
+    RecordingFixture fixture;
+    Source source;
+    QTimer poll;
+    int delivered = 0;
+};
+
+// The pixels of the stick at about this time of flight.
+int stickHeight(OrvgPlotWidget& plot, int timeOfFlightUs)
+{
+    const QImage picture = plot.grab().toImage();
+    int highest = 0;
+    const int middle = picture.width() * timeOfFlightUs / 30000;
+    for (int x = middle - 4; x <= middle + 4; ++x) {
+        int height = 0;
+        while (picture.pixelColor(x, picture.height() - 1 - height) == QColor(Qt::yellow))
+            ++height;
+        highest = std::max(highest, height);
+    }
+    return highest;
+}
 
 // Answers the next file dialog with a file name; an empty one cancels it.
 void answerFileDialog(const QString& fileName, QStringList* seen = nullptr)
@@ -49,10 +99,12 @@ private slots:
     void sensorsAreListedByTheirNumber();
     void partsCarryTheirTexts();
     void everyFieldHasAName();
+    void windowFieldsTellTheirMilliseconds();
 
     void recordingStartsWithTheNextResult();
     void recordingWrites146RecordsThatAreNotPermanent();
     void endIsToldWithTheTimeItTook();
+    void resultsAreDeliveredWhileTheEndIsTold();
     void elapsedTimeIsShownInItsShortestForm_data();
     void elapsedTimeIsShownInItsShortestForm();
     void resultThatStartsTheRecordingIsNotRecorded();
@@ -61,6 +113,7 @@ private slots:
     void stepOverTheEndFillsTheProgress();
     void settingsMayChangeWhileRecording();
     void thresholdsInUseAreDrawn();
+    void thresholdsAreDrawnInTheirColour();
     void failedWritesDoNotEndTheRecording();
     void recordingWithoutAClientWritesNothing();
 
@@ -69,13 +122,30 @@ private slots:
     void recordAfterStopStartsAgain();
     void tailOfAStoppedRecordingIsSharedWithTheNextDialog();
 
+    void recordHandsTheFocusToStop();
+    void keysStopTheRecordingAndChangeNoField_data();
+    void keysStopTheRecordingAndChangeNoField();
+    void enterInAFieldPressesNoButton();
+    void endLeavesTheFocusOnSave();
+
     void watchdogWaitsTwoSeconds();
     void silenceBeforeTheFirstResultAborts();
     void silenceWhileRecordingAborts();
     void everyRecordedResultRestartsTheWatchdog();
     void watchdogRestsAfterStopAndEnd();
+    void resultsAreDeliveredWhileTheTimeoutIsTold();
 
-    void closingEndsTheRecording();
+    void closingAsksBeforeItDiscards_data();
+    void closingAsksBeforeItDiscards();
+    void recordingGoesOnWhileTheQuestionIsOpen();
+    void endOfTheRecordingTakesTheQuestionAway();
+    void silenceTakesTheQuestionAway();
+    void enterAndEscapeKeepTheRecording_data();
+    void enterAndEscapeKeepTheRecording();
+    void closingAsksOnce();
+    void closingWithoutARecordingAsksNothing_data();
+    void closingWithoutARecordingAsksNothing();
+    void requestedStopIsStillARecording();
     void destroyedDialogReceivesNothing();
     void slotsStandInTheirOrder();
 
@@ -83,7 +153,7 @@ private slots:
     void cancelledSaveWritesNothing();
     void unwritableFileIsReported();
     void maximumAndMeanAreSwitchedInThePlot();
-    void recordedCurveLooksLikeThis();
+    void guidePictureShowsTwoObstacles();
 };
 
 void RecordingDialogTest::opensWithTheDefaults()
@@ -140,6 +210,21 @@ void RecordingDialogTest::everyFieldHasAName()
         QVERIFY2(!fixture.find<QWidget>(name)->accessibleName().isEmpty(), name);
 }
 
+void RecordingDialogTest::windowFieldsTellTheirMilliseconds()
+{
+    const RecordingFixture fixture;
+    const QStringList durations = {"0.2048 ms", "0.4096 ms", "0.8192 ms", "1.2288 ms",
+                                   "1.6384 ms", "2.6624 ms", "4.096 ms",  "6.144 ms"};
+    QCOMPARE(fixture.spinBox("mWindowLeftSb")->toolTip(), durations[0]);
+    QCOMPARE(fixture.spinBox("mWindowRightSb")->toolTip(), durations[2]);
+    for (int index = 0; index < durations.size(); ++index) {
+        fixture.spinBox("mWindowLeftSb")->setValue(index);
+        QCOMPARE(fixture.spinBox("mWindowLeftSb")->toolTip(), durations[index]);
+        fixture.spinBox("mWindowRightSb")->setValue(index);
+        QCOMPARE(fixture.spinBox("mWindowRightSb")->toolTip(), durations[index]);
+    }
+}
+
 void RecordingDialogTest::recordingStartsWithTheNextResult()
 {
     RecordingFixture fixture;
@@ -184,13 +269,30 @@ void RecordingDialogTest::endIsToldWithTheTimeItTook()
     QVERIFY(fixture.watcher.boxes().isEmpty());
     fixture.inject(1);
     QVERIFY(fixture.isIdle());
-    QCOMPARE(fixture.watcher.boxes().size(), 1);
+    QTRY_COMPARE(fixture.watcher.boxes().size(), 1);
     const auto& box = fixture.watcher.boxes().front();
     QCOMPARE(int{box.icon}, kInformation);
     QCOMPARE(box.title, QString("Timings"));
     const QRegularExpression text(
         QRegularExpression::anchoredPattern(R"(Measurement done in \d+(\.\d{1,3})? sec\.)"));
     QVERIFY2(text.match(box.text).hasMatch(), qPrintable(box.text));
+}
+
+// The window forwards the results from within the time-out of its poll timer.
+void RecordingDialogTest::resultsAreDeliveredWhileTheEndIsTold()
+{
+    LiveRecording live;
+    live.fixture.record()->click();
+    for (int result = 1; result < kResultsOfRecording; ++result)
+        emit live.source.measResultReceived(aMeasurement());
+    QVERIFY(live.fixture.isRecording());
+    live.poll.start(0);
+    QTRY_VERIFY(live.openBox());
+    QCOMPARE(live.openBox()->windowTitle(), QString("Timings"));
+    QVERIFY(live.fixture.isIdle());
+    const int delivered = live.delivered;
+    QTRY_VERIFY(live.delivered >= delivered + 10);
+    QVERIFY(live.openBox());
 }
 
 void RecordingDialogTest::elapsedTimeIsShownInItsShortestForm_data()
@@ -259,7 +361,7 @@ void RecordingDialogTest::stepOverTheEndFillsTheProgress()
     fixture.inject(1 + 37 * 3 + 17);
     QCOMPARE(fixture.ecu.requests().size(), std::size_t{38});
     QCOMPARE(fixture.progress()->value(), 145);
-    QCOMPARE(fixture.watcher.boxes().size(), 1);
+    QTRY_COMPARE(fixture.watcher.boxes().size(), 1);
     QVERIFY(fixture.isIdle());
 }
 
@@ -296,6 +398,24 @@ void RecordingDialogTest::thresholdsInUseAreDrawn()
     QVERIFY(fixture.plot()->grab().toImage() != atStart);
 }
 
+void RecordingDialogTest::thresholdsAreDrawnInTheirColour()
+{
+    RecordingFixture fixture;
+    const auto count = [&](const QColor& color) {
+        const QImage picture = fixture.plot()->grab().toImage();
+        int pixels = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                pixels += picture.pixelColor(x, y) == color;
+        return pixels;
+    };
+    QCOMPARE(count(QColor("orange")), 0);
+    fixture.record()->click();
+    fixture.inject(1 + 1);
+    QVERIFY(count(QColor("orange")) > 100);
+    QCOMPARE(count(Qt::black), 0);
+}
+
 void RecordingDialogTest::failedWritesDoNotEndTheRecording()
 {
     RecordingFixture fixture;
@@ -303,7 +423,7 @@ void RecordingDialogTest::failedWritesDoNotEndTheRecording()
     fixture.record()->click();
     fixture.inject(kResultsOfRecording);
     QCOMPARE(fixture.ecu.requests().size(), std::size_t{146});
-    QCOMPARE(fixture.watcher.boxes().size(), 1);
+    QTRY_COMPARE(fixture.watcher.boxes().size(), 1);
     QCOMPARE(fixture.watcher.boxes().front().title, QString("Timings"));
 }
 
@@ -314,7 +434,7 @@ void RecordingDialogTest::recordingWithoutAClientWritesNothing()
     dialog.onRecordClicked();
     for (int i = 0; i < kResultsOfRecording; ++i)
         dialog.onNewMeasResult(aMeasurement());
-    QCOMPARE(watcher.boxes().size(), 1);
+    QTRY_COMPARE(watcher.boxes().size(), 1);
     QCOMPARE(watcher.boxes().front().title, QString("Timings"));
 }
 
@@ -374,6 +494,74 @@ void RecordingDialogTest::tailOfAStoppedRecordingIsSharedWithTheNextDialog()
     QVERIFY(next.isRecording());
     next.inject(1);
     QVERIFY(next.isIdle());
+}
+
+void RecordingDialogTest::recordHandsTheFocusToStop()
+{
+    RecordingFixture fixture;
+    QVERIFY(fixture.show());
+    QTest::mouseClick(fixture.record(), Qt::LeftButton);
+    QVERIFY(fixture.stop()->hasFocus());
+    fixture.stop()->click();
+    // Not every desktop gives a clicked button the focus.
+    fixture.spinBox("mLutStepSb")->setFocus();
+    fixture.record()->click();
+    QVERIFY(fixture.stop()->hasFocus());
+}
+
+void RecordingDialogTest::keysStopTheRecordingAndChangeNoField_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("space") << int{Qt::Key_Space};
+    QTest::newRow("return") << int{Qt::Key_Return};
+    QTest::newRow("enter") << int{Qt::Key_Enter};
+}
+
+void RecordingDialogTest::keysStopTheRecordingAndChangeNoField()
+{
+    QFETCH(int, key);
+    RecordingFixture fixture;
+    QVERIFY(fixture.show());
+    fixture.record()->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QVERIFY(fixture.isRecording());
+    fixture.inject(1 + 10);
+    for (const int other : {int{Qt::Key_3}, int{Qt::Key_PageUp}})
+        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(other));
+    QVERIFY(fixture.isRecording());
+    QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
+    fixture.inject(1);
+    QVERIFY(fixture.isIdle());
+    QCOMPARE(fixture.spinBox("mLutStepSb")->value(), 1);
+    QCOMPARE(fixture.spinBox("mSamplesCountSb")->value(), 3);
+    QCOMPARE(fixture.spinBox("mWindowLeftSb")->value(), 0);
+}
+
+void RecordingDialogTest::enterInAFieldPressesNoButton()
+{
+    RecordingFixture fixture;
+    QVERIFY(fixture.show());
+    for (const bool recording : {false, true}) {
+        if (recording)
+            fixture.record()->click();
+        fixture.inject(recording ? 1 + 10 : 0);
+        fixture.spinBox("mSamplesCountSb")->setFocus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QVERIFY(fixture.dialog.isVisible());
+        QCOMPARE(fixture.isRecording(), recording);
+    }
+}
+
+void RecordingDialogTest::endLeavesTheFocusOnSave()
+{
+    RecordingFixture fixture;
+    QVERIFY(fixture.show());
+    QTest::mouseClick(fixture.record(), Qt::LeftButton);
+    fixture.inject(1 + 10);
+    fixture.stop()->click();
+    fixture.inject(1);
+    QVERIFY(fixture.isIdle());
+    QVERIFY(fixture.save()->hasFocus());
 }
 
 void RecordingDialogTest::watchdogWaitsTwoSeconds()
@@ -436,20 +624,193 @@ void RecordingDialogTest::watchdogRestsAfterStopAndEnd()
     QVERIFY(!fixture.watchdog()->isActive());
 }
 
-void RecordingDialogTest::closingEndsTheRecording()
+void RecordingDialogTest::resultsAreDeliveredWhileTheTimeoutIsTold()
 {
+    LiveRecording live;
+    live.fixture.dialog.setWatchdogInterval(1);
+    live.fixture.record()->click();
+    QTRY_VERIFY(live.openBox());
+    QCOMPARE(live.openBox()->windowTitle(), QString("Timeout"));
+    live.poll.start(0);
+    QTRY_VERIFY(live.delivered >= 10);
+    QVERIFY(live.openBox());
+    QVERIFY(live.fixture.isIdle());
+}
+
+void RecordingDialogTest::closingAsksBeforeItDiscards_data()
+{
+    QTest::addColumn<bool>("byEscape");
+    QTest::addColumn<bool>("discard");
+    QTest::newRow("Escape, Yes") << true << true;
+    QTest::newRow("Escape, No") << true << false;
+    QTest::newRow("close, Yes") << false << true;
+    QTest::newRow("close, No") << false << false;
+}
+
+void RecordingDialogTest::closingAsksBeforeItDiscards()
+{
+    QFETCH(bool, byEscape);
+    QFETCH(bool, discard);
     RecordingFixture fixture;
-    fixture.dialog.show();
-    fixture.record()->click();
+    QVERIFY(fixture.show());
+    fixture.watcher.setAnswer(discard ? QMessageBox::Yes : QMessageBox::No);
+    QTest::mouseClick(fixture.record(), Qt::LeftButton);
     fixture.inject(1 + 10);
-    fixture.dialog.close();
-    QVERIFY(!fixture.dialog.isVisible());
-    QVERIFY(!fixture.watchdog()->isActive());
+    if (byEscape)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    else
+        fixture.dialog.close();
+    QVERIFY(fixture.dialog.isVisible());
+    QTRY_COMPARE(fixture.watcher.boxes().size(), 1);
+    const auto& box = fixture.watcher.boxes().front();
+    QCOMPARE(int{box.icon}, int{QMessageBox::Question});
+    QCOMPARE(box.title, QString("Envelope curve recording"));
+    QCOMPARE(box.text, QString("The recording is still running. Discard what was recorded?"));
+    QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::No);
+    QTRY_COMPARE(fixture.dialog.isVisible(), !discard);
     fixture.ecu.forgetRequests();
     fixture.inject(10);
-    QVERIFY(fixture.ecu.requests().empty());
+    QCOMPARE(fixture.isRecording(), !discard);
+    QCOMPARE(fixture.ecu.requests().empty(), discard);
+    QCOMPARE(fixture.watchdog()->isActive(), !discard);
+}
+
+void RecordingDialogTest::recordingGoesOnWhileTheQuestionIsOpen()
+{
+    LiveRecording live;
+    QVERIFY(live.fixture.show());
+    live.fixture.record()->click();
+    live.fixture.inject(1);
+    live.fixture.dialog.close();
+    QTRY_VERIFY(live.openBox());
+    live.fixture.inject(2, aMeasurement().withEcho(0, 1200, 7));
+    QVERIFY(live.fixture.isRecording());
+    QVERIFY(live.fixture.watchdog()->isActive());
+    live.openBox()->button(QMessageBox::No)->click();
+    QTRY_VERIFY(!live.openBox());
+    QCOMPARE(live.fixture.csv(), QByteArray("1200,7,7\n"));
+    QVERIFY(live.fixture.isRecording());
+}
+
+void RecordingDialogTest::endOfTheRecordingTakesTheQuestionAway()
+{
+    LiveRecording live;
+    QVERIFY(live.fixture.show());
+    live.fixture.record()->click();
+    live.fixture.inject(kResultsOfRecording - 1);
+    live.fixture.dialog.close();
+    QTRY_VERIFY(live.openBox());
+    live.fixture.inject(1);
+    QTRY_COMPARE(live.boxTitles(), QStringList("Timings"));
+    QVERIFY(live.fixture.dialog.isVisible());
+    QVERIFY(live.fixture.isIdle());
+}
+
+void RecordingDialogTest::silenceTakesTheQuestionAway()
+{
+    LiveRecording live;
+    QVERIFY(live.fixture.show());
+    live.fixture.record()->click();
+    live.fixture.inject(1 + 10);
+    live.fixture.dialog.close();
+    QTRY_VERIFY(live.openBox());
+    live.fixture.dialog.setWatchdogInterval(1);
+    QTRY_COMPARE(live.boxTitles(), QStringList("Timeout"));
+    QVERIFY(live.fixture.dialog.isVisible());
+    QVERIFY(live.fixture.isIdle());
+}
+
+void RecordingDialogTest::enterAndEscapeKeepTheRecording_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("Enter") << int{Qt::Key_Return};
+    QTest::newRow("Escape") << int{Qt::Key_Escape};
+    QTest::newRow("Space") << int{Qt::Key_Space};
+}
+
+void RecordingDialogTest::enterAndEscapeKeepTheRecording()
+{
+    QFETCH(int, key);
+    LiveRecording live;
+    QVERIFY(live.fixture.show());
+    live.fixture.record()->click();
+    live.fixture.inject(1 + 10);
+    QTest::keyClick(&live.fixture.dialog, Qt::Key_Escape);
+    QTRY_VERIFY(live.openBox());
+    live.openBox()->activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), live.openBox());
+    QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
+    QTRY_VERIFY(!live.openBox());
+    QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
+    QTRY_VERIFY(!live.openBox());
+    QVERIFY(live.fixture.dialog.isVisible());
+    QVERIFY(live.fixture.isRecording());
+}
+
+void RecordingDialogTest::closingAsksOnce()
+{
+    LiveRecording live;
+    QVERIFY(live.fixture.show());
+    live.fixture.record()->click();
+    live.fixture.inject(1 + 10);
+    // In one go, as a key that is held down sends them.
+    for (int i = 0; i < 5; ++i)
+        QCoreApplication::postEvent(
+            &live.fixture.dialog, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+    live.fixture.dialog.close();
+    QTRY_VERIFY(live.openBox());
+    QCoreApplication::processEvents();
+    QCOMPARE(live.boxTitles(), QStringList("Envelope curve recording"));
+    live.openBox()->button(QMessageBox::No)->click();
+    QVERIFY(live.boxTitles().isEmpty());
+    live.fixture.dialog.close();
+    QCOMPARE(live.boxTitles(), QStringList("Envelope curve recording"));
+}
+
+void RecordingDialogTest::closingWithoutARecordingAsksNothing_data()
+{
+    QTest::addColumn<int>("results");
+    QTest::addColumn<bool>("withRecord");
+    QTest::newRow("never recorded") << 0 << false;
+    QTest::newRow("before the first result") << 0 << true;
+    QTest::newRow("finished") << kResultsOfRecording << true;
+}
+
+void RecordingDialogTest::closingWithoutARecordingAsksNothing()
+{
+    QFETCH(int, results);
+    QFETCH(bool, withRecord);
+    RecordingFixture fixture;
+    QVERIFY(fixture.show());
+    if (withRecord)
+        fixture.record()->click();
+    fixture.inject(results);
+    QTRY_COMPARE(fixture.watcher.boxes().size(), results ? 1 : 0);
+    fixture.watcher.forget();
+    QTRY_VERIFY(!QApplication::activeModalWidget());
+    fixture.dialog.close();
+    QVERIFY(!fixture.dialog.isVisible());
     QVERIFY(fixture.isIdle());
+    QVERIFY(!fixture.watchdog()->isActive());
+    QCoreApplication::processEvents();
     QVERIFY(fixture.watcher.boxes().isEmpty());
+}
+
+void RecordingDialogTest::requestedStopIsStillARecording()
+{
+    LiveRecording live;
+    QVERIFY(live.fixture.show());
+    live.fixture.record()->click();
+    live.fixture.inject(1 + 10);
+    live.fixture.stop()->click();
+    live.fixture.dialog.close();
+    QVERIFY(live.fixture.dialog.isVisible());
+    QTRY_VERIFY(live.openBox());
+    live.fixture.inject(1);
+    QTRY_VERIFY(live.boxTitles().isEmpty());
+    QVERIFY(live.fixture.isIdle());
+    live.fixture.dialog.close();
+    QVERIFY(!live.fixture.dialog.isVisible());
 }
 
 void RecordingDialogTest::destroyedDialogReceivesNothing()
@@ -538,7 +899,7 @@ void RecordingDialogTest::maximumAndMeanAreSwitchedInThePlot()
     QCOMPARE(fixture.plot()->grab().toImage(), maximum);
 }
 
-void RecordingDialogTest::recordedCurveLooksLikeThis()
+void RecordingDialogTest::guidePictureShowsTwoObstacles()
 {
     RecordingFixture fixture;
     fixture.record()->click();
@@ -558,6 +919,9 @@ void RecordingDialogTest::recordedCurveLooksLikeThis()
     QVERIFY(QTest::qWaitForWindowExposed(&fixture.dialog));
     QVERIFY(fixture.isRecording());
     QCOMPARE(fixture.progress()->value(), 109);
+    QVERIFY(stickHeight(*fixture.plot(), 8000) > stickHeight(*fixture.plot(), 17000));
+    QVERIFY(stickHeight(*fixture.plot(), 17000) > stickHeight(*fixture.plot(), 12500));
+    QCOMPARE(stickHeight(*fixture.plot(), 12500), 0);
     saveScreenshot(fixture.dialog, "envelope-recording");
 }
 

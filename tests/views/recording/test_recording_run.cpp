@@ -41,7 +41,8 @@ public:
     {
         mDialog.findChild<QComboBox*>("mSensorCb")->setCurrentIndex(kSensor);
         mDialog.onRecordClicked();
-        for (bool isFirst = true; mWatcher.boxes().isEmpty(); isFirst = false) {
+        const auto* stop = mDialog.findChild<QPushButton*>("mStopPb");
+        for (bool isFirst = true; stop->isEnabled(); isFirst = false) {
             orv::OrvMeasurementResult result;
             if (!mDecoder.take(result, kPatienceMs))
                 return false;
@@ -53,7 +54,7 @@ public:
         return true;
     }
 
-    QString lastBox() const { return mWatcher.boxes().back().title; }
+    const QVector<MessageBoxWatcher::Box>& boxes() const { return mWatcher.boxes(); }
     int results() const { return mResults; }
     int samples() const { return mSampleCount; }
 
@@ -142,7 +143,8 @@ private slots:
 
         QVERIFY(run.record());
 
-        QCOMPARE(run.lastBox(), QString("Timings"));
+        QTRY_COMPARE(run.boxes().size(), 1);
+        QCOMPARE(run.boxes().front().title, QString("Timings"));
         QCOMPARE(run.results(), 145 * 3 + 16 + 1);
         const QByteArray csv = run.savedCsv();
         QCOMPARE(csv, run.receivedAsCsv());

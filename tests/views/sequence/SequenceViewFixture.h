@@ -44,7 +44,19 @@ public:
         return qobject_cast<QComboBox*>(table().indexWidget(table().currentIndex()));
     }
 
-    /// The editor that a double click on the cell opened, or null.
+    /// A double click on the cell as the window system delivers it.
+    void doubleClick(int row, int column)
+    {
+        view.show();
+        const QModelIndex cell = model().index(row, column);
+        table().scrollTo(cell);
+        const QPoint center = table().visualRect(cell).center();
+        QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {},
+                           table().viewport()->mapTo(&view, center));
+    }
+
+    /// The editor that a double click on the cell opened, or null. The button is still pressed, so
+    /// the list is not open yet.
     QComboBox* openEditor(int row, int column)
     {
         view.show();

@@ -10,12 +10,6 @@ class SequenceEditingTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        // Nor does the list take a release for a double click's.
-        QApplication::setDoubleClickInterval(0);
-    }
-
     void init()
     {
         mFixture = std::make_unique<SequenceViewFixture>();
@@ -47,14 +41,83 @@ private slots:
         }
     }
 
+    void editorLeftUntouchedChangesNothing_data()
+    {
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("way");
+        for (const QString way : {"Enter", "Tab", "Backtab", "focus loss", "click elsewhere"}) {
+            QTest::newRow(qPrintable("mode, " + way)) << 0 << way;
+            QTest::newRow(qPrintable("sending sensor, " + way)) << 1 << way;
+            QTest::newRow(qPrintable("listening sensor, " + way)) << 2 << way;
+        }
+    }
+
+    // The ECU's own words mean the same as ours and are more than we know.
+    void editorLeftUntouchedChangesNothing()
+    {
+        QFETCH(int, column);
+        QFETCH(QString, way);
+        const std::vector<orv::MseqStep> steps = {{.valid = true,
+                                                   .activeMask = 0x0001, // and does not listen
+                                                   .passiveMask = 0x0002,
+                                                   .modulation = 1,
+                                                   .code = 7,
+                                                   .fifthValue = 0x1234}};
+        mFixture->model().setSteps(steps);
+        mFixture->view.show();
+        mFixture->view.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&mFixture->view));
+        QSignalSpy changes(&mFixture->model(), &QAbstractItemModel::dataChanged);
+        const QPointer<QComboBox> editor = mFixture->openEditor(0, column);
+        QVERIFY(editor);
+        leave(*editor, way);
+        QTRY_VERIFY(!editor);
+        QCOMPARE(mFixture->model().steps(), steps);
+        QVERIFY(changes.isEmpty());
+    }
+
+    void listOpensWithTheDoubleClickAndTakesNothingByItself()
+    {
+        const std::vector<orv::MseqStep> steps = mFixture->model().steps();
+        mFixture->doubleClick(1, 5);
+        QPointer<QComboBox> editor = mFixture->editor();
+        QVERIFY(editor);
+        QTRY_VERIFY(editor->view()->isVisible());
+        QTest::keyClick(editor->view(), Qt::Key_Escape);
+        QTRY_VERIFY(!editor->view()->isVisible());
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY(!editor);
+        QCOMPARE(mFixture->model().steps(), steps);
+    }
+
     void choiceByMouseIsTakenAtOnce()
     {
+        mFixture->doubleClick(0, 5);
+        clickInList(*mFixture->editor(), 2);
+        QTRY_VERIFY(!mFixture->editor());
+        QCOMPARE(mFixture->text(0, 5), QString("Passive"));
+        QCOMPARE(mFixture->model().steps()[0].passiveMask, std::uint16_t{0x0013});
+    }
+
+    void choiceOfTheShownWordChangesNothing()
+    {
+        std::vector<orv::MseqStep> steps = SequenceViewFixture::steps(1);
+        steps[0].fifthValue = 0x1234;
+        mFixture->model().setSteps(steps);
+        mFixture->doubleClick(0, 0);
+        clickInList(*mFixture->editor(), 0);
+        QTRY_VERIFY(!mFixture->editor());
+        QCOMPARE(mFixture->model().steps(), steps);
+    }
+
+    void listOpensWithAClickOnTheClosedEditorToo()
+    {
         QComboBox* editor = mFixture->openEditor(0, 5);
+        QVERIFY(!editor->view()->isVisible());
         openList(*editor);
         clickInList(*editor, 2);
         QTRY_VERIFY(!mFixture->editor());
         QCOMPARE(mFixture->text(0, 5), QString("Passive"));
-        QCOMPARE(mFixture->model().steps()[0].passiveMask, std::uint16_t{0x0013});
     }
 
     void listOpensAndChoosesByKeyboardAlone()
@@ -200,6 +263,21 @@ private:
         return result;
     }
 
+    void leave(QComboBox& editor, const QString& way)
+    {
+        if (way == "Enter")
+            QTest::keyClick(&editor, Qt::Key_Return);
+        else if (way == "Tab")
+            QTest::keyClick(&editor, Qt::Key_Tab);
+        else if (way == "Backtab")
+            QTest::keyClick(&editor, Qt::Key_Backtab);
+        else if (way == "focus loss")
+            mFixture->button("readMseqTb").setFocus();
+        else
+            QTest::mouseClick(mFixture->table().viewport(), Qt::LeftButton, {},
+                              mFixture->table().visualRect(mFixture->model().index(0, 8)).center());
+    }
+
     void showAt(int row, int column)
     {
         mFixture->view.show();
@@ -209,13 +287,17 @@ private:
 
     static void openList(QComboBox& box)
     {
+        // For so long the list takes a release for that of the click that opened it.
+        const int interval = QApplication::doubleClickInterval();
+        QApplication::setDoubleClickInterval(0);
         QTest::mouseClick(&box, Qt::LeftButton);
+        QApplication::setDoubleClickInterval(interval);
         QVERIFY(box.view()->isVisible());
     }
 
-    // Without the move the list takes the release for that of the click that opened it.
     static void clickInList(QComboBox& box, int item)
     {
+        QTRY_VERIFY(box.view()->isVisible());
         const QModelIndex index = box.model()->index(item, 0);
         QWidget* list = box.view()->viewport();
         const QPoint position(list->rect().center().x(),

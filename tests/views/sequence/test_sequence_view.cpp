@@ -1,4 +1,3 @@
-#include "tests/support/screenshots.h"
 #include "tests/views/sequence/SequenceViewFixture.h"
 
 #include <QFrame>
@@ -32,9 +31,9 @@ private slots:
         };
         row("readMseqTb", "R", "Read sequence", "Read sequence", "receive.png", true);
         row("writeMseqTb", "W", "Write sequence", "Write sequence", "send.png", true);
-        row("addStepTb", "+", "", "Add step", "add.png", true);
-        row("cloneStepTb", "C", "", "Clone step", "copy.png", false);
-        row("removeStepTb", "-", "", "Remove step", "remove.png", false);
+        row("addStepTb", "+", "Add step", "Add step", "add.png", true);
+        row("cloneStepTb", "C", "Clone step", "Clone step", "copy.png", false);
+        row("removeStepTb", "-", "Remove step", "Remove step", "remove.png", false);
     }
 
     void buttonsHaveTheirTexts()
@@ -48,7 +47,6 @@ private slots:
         QCOMPARE(button->icon().pixmap(16).toImage(), expected.pixmap(16).toImage());
         QTEST(button->isEnabled(), "enabled");
         QTEST(button->accessibleName(), "accessibleName");
-        // A button without a tool tip of its own has none.
         QTEST(button->toolTip(), "toolTip");
     }
 
@@ -190,19 +188,6 @@ private slots:
         QCOMPARE(read(*mFixture, "<MSEQ><Step id='1'>AAAAAAAAAAAAAA==</Step></MSEQ>"),
                  QString("wrong id value"));
         QCOMPARE(mFixture->model().steps(), SequenceViewFixture::steps(3));
-    }
-
-    void looksAsInTheGuide()
-    {
-        mFixture->socket.queueReply(0, SequenceViewFixture::reply(SequenceViewFixture::steps(6)));
-        QVERIFY(mFixture->view.readSteps(true));
-        mFixture->model().setData(mFixture->model().index(2, 0), 1);
-        mFixture->model().setData(mFixture->model().index(4, 0), 2);
-        mFixture->view.resize(1190, 320);
-        mFixture->view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&mFixture->view));
-        QVERIFY(mFixture->openEditor(3, 2));
-        saveScreenshot(mFixture->view, "measurement-sequence");
     }
 
 private:

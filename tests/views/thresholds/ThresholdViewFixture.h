@@ -2,15 +2,18 @@
 
 #include "orv_decoder/OrvCtrlClient.h"
 #include "tests/support/CursorWatchingSocket.h"
+#include "tests/support/ManualClock.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "views/plot/OrvgPlotWidget.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdView.h"
+#include "views/thresholds/ThresholdEditor.h"
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
 #include <QTableView>
 #include <QToolButton>
+#include <QtTest>
 
 #include <vector>
 
@@ -22,7 +25,6 @@ public:
     {
         view.resize(900, 700);
         view.setCtrlClient(&client);
-        view.setCalibrationWaiting([](int) {});
     }
 
     template<typename Widget>
@@ -38,6 +40,21 @@ public:
     void click(const char* button) { part<QToolButton>(button).click(); }
 
     void select(int row, int column = 0) { table().setCurrentIndex(model().index(row, column)); }
+
+    /// The editor that a double click on the cell opened, or null.
+    ThresholdEditor* openEditor(int row, int column)
+    {
+        view.show();
+        view.activateWindow();
+        if (!QTest::qWaitForWindowActive(&view))
+            return nullptr;
+        const QModelIndex cell = model().index(row, column);
+        table().scrollTo(cell);
+        const QPoint center = table().visualRect(cell).center();
+        QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {},
+                           table().viewport()->mapTo(&view, center));
+        return table().findChild<ThresholdEditor*>();
+    }
 
     /// Whether a rise of the echo at `timeOfFlight` is drawn in the plot's bottom rows.
     bool plotHasStickAt(int timeOfFlight)
@@ -66,7 +83,8 @@ public:
 
     CursorWatchingSocket socket;
     orv::OrvCtrlClient client{&socket};
-    OrvgThresholdView view;
+    ManualClock clock;
+    OrvgThresholdView view{nullptr, &clock};
     QAbstractItemModelTester tester{&model(),
                                     QAbstractItemModelTester::FailureReportingMode::Fatal};
 };

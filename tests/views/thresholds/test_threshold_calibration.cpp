@@ -1,7 +1,9 @@
+#include "tests/support/modal_dialogs.h"
 #include "tests/support/screenshots.h"
 #include "tests/views/thresholds/ThresholdViewFixture.h"
 #include "views/thresholds/CalibrationDialog.h"
 
+#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QtTest>
@@ -16,6 +18,26 @@ CalibrationDialog* openDialog()
     }
     return nullptr;
 }
+
+// Counts how often a widget is painted.
+class PaintCounter : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PaintCounter(QWidget* widget) { widget->installEventFilter(this); }
+
+    int count() const { return mCount; }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        mCount += event->type() == QEvent::Paint;
+        return false;
+    }
+
+private:
+    int mCount = 0;
+};
 
 } // namespace
 
@@ -34,10 +56,10 @@ private slots:
 
     void cleanup()
     {
-        QVERIFY(!openDialog());
         mBoxes.reset();
         mFixture.reset();
         delete mHost;
+        QVERIFY(!openDialog());
     }
 
     void sendsTheSelectedSensor()
@@ -64,79 +86,113 @@ private slots:
         mFixture->view.onAutoCalibrationStart();
         expectOneBox("Communication error", "ECU error (3)");
         QVERIFY(mFixture->plotHasStickAt(15000));
+        QVERIFY(!openDialog());
     }
 
     void dialogIsABusyIndicatorOverTheParent()
     {
         start(4, {0});
-        mFixture->view.setCalibrationWaiting([this](int ms) {
-            if (ms != 500)
-                return;
-            CalibrationDialog* dialog = openDialog();
-            QVERIFY(dialog);
-            QCOMPARE(dialog->parentWidget(), mHost);
-            QCOMPARE(dialog->windowModality(), Qt::WindowModal);
-            QCOMPARE(dialog->labelText(), QString("Auto calibrating thresholds..."));
-            QCOMPARE(dialog->findChild<QPushButton*>()->text(), QString("Abort"));
-            QCOMPARE(dialog->minimum(), 0);
-            QCOMPARE(dialog->maximum(), 100);
-            QCOMPARE(dialog->value(), 0);
-            QVERIFY(!dialog->findChild<QProgressBar*>()->isTextVisible());
-            QVERIFY(!dialog->autoClose());
-            QVERIFY(!dialog->autoReset());
-            QVERIFY(dialog->isVisible());
-            mWasChecked = true;
-        });
-        mFixture->view.onAutoCalibrationStart();
-        QVERIFY(mWasChecked);
+        const CalibrationDialog* dialog = openDialog();
+        QVERIFY(dialog);
+        QCOMPARE(dialog->parentWidget(), mHost);
+        QCOMPARE(dialog->windowModality(), Qt::WindowModal);
+        QCOMPARE(dialog->windowTitle(), QString("Tarvio"));
+        QCOMPARE(dialog->labelText(), QString("Auto calibrating thresholds..."));
+        QCOMPARE(dialog->findChild<QPushButton*>()->text(), QString("Abort"));
+        QCOMPARE(dialog->minimum(), 0);
+        QCOMPARE(dialog->maximum(), 100);
+        QCOMPARE(dialog->value(), 0);
+        QVERIFY(!dialog->findChild<QProgressBar*>()->isTextVisible());
+        QVERIFY(!dialog->autoClose());
+        QVERIFY(!dialog->autoReset());
+        QVERIFY(dialog->isVisible());
+    }
+
+    void dialogIsPaintedBeforeTheFirstStep()
+    {
+        start(4, {0});
+        PaintCounter label(openDialog()->findChild<QLabel*>());
+        PaintCounter bar(openDialog()->findChild<QProgressBar*>());
+        PaintCounter button(openDialog()->findChild<QPushButton*>());
+        QTRY_VERIFY(label.count() && bar.count() && button.count());
+        QCOMPARE(mFixture->clock.elapsedMs(), 0);
     }
 
     void barSwingsBackInverted()
     {
         start(4, {1, 0});
-        int lastValue = -1;
-        bool lastInverted = false;
-        mFixture->view.setCalibrationWaiting([&](int) {
-            lastValue = openDialog()->value();
-            lastInverted = openDialog()->findChild<QProgressBar*>()->invertedAppearance();
-        });
-        mFixture->view.onAutoCalibrationStart();
-        QCOMPARE(lastValue, 1);
-        QVERIFY(lastInverted);
+        const auto* bar = openDialog()->findChild<QProgressBar*>();
+        mFixture->clock.runTo(1490);
+        QCOMPARE(openDialog()->value(), 99);
+        QVERIFY(!bar->invertedAppearance());
+        mFixture->clock.runTo(1500);
+        QCOMPARE(openDialog()->value(), 100);
+        QVERIFY(bar->invertedAppearance());
+        mFixture->clock.runTo(2490);
+        QCOMPARE(openDialog()->value(), 1);
+        QVERIFY(bar->invertedAppearance());
+    }
+
+    void barIsFilledFromTheSideItStartsAt()
+    {
+        start(4, {1, 0});
+        mFixture->clock.runTo(800);
+        const bool rising = isFilled(0.1) && !isFilled(0.9);
+        QVERIFY(rising);
+        mFixture->clock.runTo(2200);
+        QCOMPARE(openDialog()->value(), 30);
+        const bool falling = isFilled(0.9) && !isFilled(0.1);
+        QVERIFY(falling);
     }
 
     void startEmptiesThePeaks()
     {
-        start(4, {-1});
+        mFixture->select(4);
         mFixture->receiveEcho(4, 15000);
-        mFixture->view.onAutoCalibrationStart();
+        QVERIFY(mFixture->plotHasStickAt(15000));
+        start(4, {-1});
         QVERIFY(!mFixture->plotHasStickAt(15000));
+    }
+
+    void liveEchoesAreShownMeanwhile()
+    {
+        start(4, {0});
+        QTimer::singleShot(0, &mFixture->view, [this] { mFixture->receiveEcho(4, 15000); });
+        QTRY_VERIFY(mFixture->plotHasStickAt(15000));
+        QVERIFY(openDialog());
     }
 
     void finishedCalibrationReadsAndShowsTheNewThresholds()
     {
         start(4, {1, 0});
         mFixture->socket.queueReply(1, ThresholdViewFixture::wireRecord(4, 0x5F, 3));
-        mFixture->view.onAutoCalibrationStart();
+        runToItsEnd();
         QVERIFY(mBoxes->boxes().isEmpty());
         QCOMPARE(mFixture->model().record(4).entries[0], std::uint8_t{0x5F});
         QCOMPARE(mFixture->scaleBox().currentText(), QString("100%"));
+        const QImage shown = mFixture->plot().grab().toImage();
+        OrvgPlotWidget expected;
+        expected.resize(mFixture->plot().size());
+        expected.setThresholdColor("orange");
+        expected.setThresholds(mFixture->model().record(4).entries);
+        expected.setThresholdsShown(true);
+        expected.setMarkedColumn(0);
+        QCOMPARE(shown, expected.grab().toImage());
         expectSelected(4);
     }
 
     void finishedCalibrationWhoseReadFailsIsShown()
     {
         start(4, {0});
-        mFixture->view.onAutoCalibrationStart();
+        runToItsEnd();
         expectOneBox("Communication error", "socket: receive timeout");
         expectSelected(4);
     }
 
     void finishedCalibrationWithoutASelectionAsksForOne()
     {
-        mFixture->socket.queueReply(5, {});
-        mFixture->socket.queueReply(5, {0});
-        mFixture->view.onAutoCalibrationStart();
+        start(-1, {0});
+        runToItsEnd();
         expectOneBox("Read Thresholds", "Please select sensor first.");
         QVERIFY(!mFixture->table().currentIndex().isValid());
     }
@@ -144,7 +200,7 @@ private slots:
     void abortByTheEcuIsShown()
     {
         start(4, {1, -1});
-        mFixture->view.onAutoCalibrationStart();
+        runToItsEnd();
         expectOneBox("Calibration error",
                      "Calibration was aborted!\nPlease check sensor connection.");
         expectSelected(4);
@@ -153,7 +209,7 @@ private slots:
     void failedExchangeIsShown()
     {
         start(4, {1});
-        mFixture->view.onAutoCalibrationStart();
+        runToItsEnd();
         expectOneBox("Communication error", "socket: receive timeout");
         QCOMPARE(requests().size(), 3U);
         expectSelected(4);
@@ -162,95 +218,121 @@ private slots:
     void endlessCalibrationTimesOutAfterTwentyOneSweeps()
     {
         start(4, std::vector<std::int8_t>(30, 1));
-        int waitedMs = 0;
-        mFixture->view.setCalibrationWaiting([&](int ms) { waitedMs += ms; });
-        mFixture->view.onAutoCalibrationStart();
+        runToItsEnd();
         expectOneBox("Calibration error", "Calibration time out.");
         QCOMPARE(requests().size(), 22U);
-        QCOMPARE(waitedMs, 21500);
+        QCOMPARE(mFixture->clock.elapsedMs(), 21500);
         expectSelected(4);
+    }
+
+    void dialogIsGoneWhenTheEndIsTold()
+    {
+        start(4, {-1});
+        mBoxes.reset();
+        QString open = "no box";
+        whenOpened<QMessageBox>(mHost, [&](QMessageBox& box) {
+            open = openDialog() ? "dialog and box" : "box alone";
+            box.accept();
+        });
+        runToItsEnd();
+        QCOMPARE(open, QString("box alone"));
     }
 
     void abortButtonEscapeAndCloseDoNotEndIt()
     {
         start(4, {1, 0});
         mFixture->socket.queueReply(1, ThresholdViewFixture::wireRecord(4));
-        int visibleSteps = 0;
-        mFixture->view.setCalibrationWaiting([&](int) {
+        int visible = 0;
+        connect(&mFixture->clock, &CalibrationClock::ticked, mHost, [&] {
             CalibrationDialog* dialog = openDialog();
-            dialog->findChild<QPushButton*>()->click();
+            if (!dialog)
+                return;
+            QTest::mouseClick(dialog->findChild<QPushButton*>(), Qt::LeftButton);
             QTest::keyClick(dialog, Qt::Key_Escape);
             dialog->close();
-            visibleSteps += dialog->isVisible();
+            visible += dialog->isVisible();
         });
-        mFixture->view.onAutoCalibrationStart();
-        QCOMPARE(visibleSteps, 201);
+        runToItsEnd();
+        QCOMPARE(visible, 249);
         QVERIFY(mBoxes->boxes().isEmpty());
         QCOMPARE(mFixture->model().record(4).scale, std::uint8_t{1});
+    }
+
+    void windowIsBlockedMeanwhile()
+    {
+        mHost->resize(mFixture->view.size());
+        mHost->show();
+        mFixture->socket.queueReply(5, {});
+        mFixture->select(4);
+        clickThroughTheWindow("mResetTb");
+        clickThroughTheWindow("mCalibrateTb");
+        QVERIFY(openDialog());
+        QCOMPARE(requests().size(), 1U);
+        clickThroughTheWindow("mWriteTb");
+        clickThroughTheWindow("mCalibrateTb");
+        QCOMPARE(requests().size(), 1U);
     }
 
     void secondStartWhileOneRunsIsIgnored()
     {
         start(4, {0});
         mFixture->socket.queueReply(1, ThresholdViewFixture::wireRecord(4));
-        mFixture->view.setCalibrationWaiting(
-            [this](int) { mFixture->view.onAutoCalibrationStart(); });
+        CalibrationDialog* dialog = openDialog();
         mFixture->view.onAutoCalibrationStart();
+        QCOMPARE(openDialog(), dialog);
+        runToItsEnd();
         QCOMPARE(requests().size(), 3U);
         QVERIFY(mBoxes->boxes().isEmpty());
     }
 
-    void closedWindowEndsTheWaitingQuietly()
+    void anotherCalibrationFollows()
     {
-        start(4, std::vector<std::int8_t>(30, 1));
-        mHost->show();
-        int steps = 0;
-        mFixture->view.setCalibrationWaiting([&](int) {
-            if (++steps == 50)
-                mHost->close();
-        });
-        mFixture->view.onAutoCalibrationStart();
-        QCOMPARE(steps, 50);
-        QVERIFY(mBoxes->boxes().isEmpty());
-        expectSelected(4);
+        start(4, {-1});
+        runToItsEnd();
+        start(4, {-1});
+        QVERIFY(openDialog());
+        runToItsEnd();
+        QCOMPARE(mBoxes->boxes().size(), 2);
     }
 
-    void viewDestroyedMeanwhileIsSurvived_data()
+    void destroyedWithItsWindowOrAlone_data()
     {
-        QTest::addColumn<bool>("byAnEvent");
-        QTest::newRow("by an event of the dialog") << true;
-        QTest::newRow("between two steps") << false;
+        QTest::addColumn<bool>("alone");
+        QTest::newRow("window and all") << false;
+        QTest::newRow("view alone") << true;
     }
 
-    void viewDestroyedMeanwhileIsSurvived()
+    void destroyedWithItsWindowOrAlone()
     {
-        QFETCH(bool, byAnEvent);
+        QFETCH(bool, alone);
         ScriptedControlSocket socket;
         socket.queueReply(5, {});
         orv::OrvCtrlClient client(&socket);
-        QPointer<QWidget> host(new QWidget);
-        auto* view = new OrvgThresholdView(host);
+        ManualClock clock;
+        auto host = std::make_unique<QWidget>();
+        auto* view = new OrvgThresholdView(host.get(), &clock);
         view->setCtrlClient(&client);
-        view->setCalibrationWaiting([=](int) {
-            if (byAnEvent)
-                QTimer::singleShot(0, host, [host] { delete host; });
-            else
-                delete host;
-        });
         view->onAutoCalibrationStart();
-        QVERIFY(!host);
+        QVERIFY(openDialog());
+        clock.runTo(700);
+        if (alone)
+            delete view;
+        else
+            host.reset();
+        QVERIFY(!openDialog());
+        clock.runTo(3000);
         QCOMPARE(socket.requests().size(), 1U);
+        QVERIFY(mBoxes->boxes().isEmpty());
     }
 
-    void looksAsInTheGuide()
+    void guidePictureShowsABarOnItsWay()
     {
         start(4, {-1});
-        mFixture->view.setCalibrationWaiting([](int) {
-            if (openDialog()->value() == 60)
-                saveScreenshot(*openDialog(), "thresholds-calibration");
-        });
-        mFixture->view.onAutoCalibrationStart();
-        QCOMPARE(mBoxes->boxes().size(), 1);
+        mFixture->clock.runTo(1100);
+        QCOMPARE(openDialog()->value(), 60);
+        QVERIFY(isFilled(0.5));
+        QVERIFY(!isFilled(0.7));
+        saveScreenshot(*openDialog(), "thresholds-calibration");
     }
 
 private:
@@ -259,13 +341,33 @@ private:
         return mFixture->socket.requests();
     }
 
-    // Lets the start succeed and the state reads give `states`.
+    // Lets the start succeed and the state reads give `states`; no sensor for -1.
     void start(int sensor, const std::vector<std::int8_t>& states)
     {
         mFixture->socket.queueReply(5, {});
         for (const std::int8_t state : states)
             mFixture->socket.queueReply(5, {static_cast<std::uint8_t>(state)});
         mFixture->select(sensor);
+        mFixture->click("mCalibrateTb");
+    }
+
+    void runToItsEnd() { mFixture->clock.runTo(60'000); }
+
+    // Whether the bar is filled at this fraction of its width.
+    static bool isFilled(double place)
+    {
+        const QImage bar = openDialog()->findChild<QProgressBar*>()->grab().toImage();
+        const QColor color =
+            bar.pixelColor(static_cast<int>(place * bar.width()), bar.height() / 2);
+        return color.saturation() > 100;
+    }
+
+    // As the window system delivers it: a blocked window gets nothing.
+    void clickThroughTheWindow(const char* button)
+    {
+        const auto& target = mFixture->part<QToolButton>(button);
+        QTest::mouseClick(mHost->windowHandle(), Qt::LeftButton, {},
+                          target.mapTo(mHost, target.rect().center()));
     }
 
     void expectOneBox(const QString& title, const QString& text)
@@ -283,7 +385,6 @@ private:
     std::unique_ptr<ThresholdViewFixture> mFixture;
     std::unique_ptr<MessageBoxWatcher> mBoxes;
     QWidget* mHost = nullptr;
-    bool mWasChecked = false;
 };
 
 QTEST_MAIN(ThresholdCalibrationTest)

@@ -267,12 +267,16 @@ private slots:
         QVERIFY(mBoxes->boxes().isEmpty());
     }
 
-    void allSensorsAreExchangedUnderTheWaitCursor()
+    void exchangesRunUnderTheWaitCursor()
     {
         queueAllReads(mFixture->socket);
         mFixture->view.onReceiveAll(true);
         mFixture->view.onTransmitAll(true); // fails with the first sensor
-        QCOMPARE(mFixture->socket.hadWaitCursor, std::vector<bool>(13, true));
+        mFixture->select(3);
+        mFixture->view.onReadThresholds(true);
+        mFixture->view.onWriteThresholds(true);
+        mFixture->view.onAutoCalibrationStart();
+        QCOMPARE(mFixture->socket.hadWaitCursor, std::vector<bool>(16, true));
         QVERIFY(!QApplication::overrideCursor());
     }
 

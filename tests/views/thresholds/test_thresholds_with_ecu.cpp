@@ -2,6 +2,7 @@
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "orv_decoder/OrvMeasurementResult.h"
 #include "tests/support/LoopbackPeer.h"
+#include "tests/support/ManualClock.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/SimulatorProcess.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
@@ -26,14 +27,19 @@ public:
         : ecu(options), socket("127.0.0.1", ecu.controlPort()), client(&socket)
     {
         view.setCtrlClient(&client);
-        view.setCalibrationWaiting([](int) {});
         table().setCurrentIndex(model().index(kSensor, 0));
     }
 
     QTableView& table() { return *view.findChild<QTableView*>(); }
     OrvgThreshItemModel& model() { return static_cast<OrvgThreshItemModel&>(*table().model()); }
     void click(const char* button) { view.findChild<QToolButton*>(QLatin1String(button))->click(); }
-    void calibrate() { click("mCalibrateTb"); }
+
+    /// Until the calibration has ended.
+    void calibrate()
+    {
+        click("mCalibrateTb");
+        clock.runTo(60'000);
+    }
 
     void raiseCurve()
     {
@@ -51,7 +57,8 @@ public:
     SimulatorProcess ecu;
     orv::OrvCtrlSocket socket;
     orv::OrvCtrlClient client;
-    OrvgThresholdView view;
+    ManualClock clock;
+    OrvgThresholdView view{nullptr, &clock};
 };
 
 // Whether the sensor hears its own echo in one of its next `count` measurements; nothing when the
@@ -179,8 +186,9 @@ private slots:
     void ecuThatDiesMeanwhileIsTold()
     {
         Bench bench({"--calibration", "never"});
-        bench.view.setCalibrationWaiting([&bench](int) { bench.ecu.stop(); });
         bench.click("mCalibrateTb");
+        bench.ecu.stop();
+        bench.clock.runTo(60'000);
         QCOMPARE(mBoxes->boxes().size(), 1);
         QCOMPARE(mBoxes->boxes()[0].title, QString("Communication error"));
         QCOMPARE(mBoxes->boxes()[0].text, QString("socket: receive timeout"));

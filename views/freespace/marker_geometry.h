@@ -3,27 +3,14 @@
 #include "orv_decoder/OrvFreespacePackage.h"
 #include "orv_decoder/OrvSensorPosition.h"
 
-#include <QLineF>
 #include <QPointF>
-#include <QPolygonF>
 #include <QSizeF>
 
 #include <cstdint>
 
-/// The arithmetic of the freespace picture. Scene units are millimetres; the scene's y axis is the
-/// vehicle's, negated.
+/// Where things of the vehicle stand in the picture, and how a marker opens. Scene units are
+/// millimetres; the scene's y axis is the vehicle's, negated.
 namespace freespace {
-
-/// What one entry of a package looks like, in scene coordinates.
-struct Shape
-{
-    QPolygonF outline; ///< the field of view, closed along the distances
-    QPolygonF wedge;   ///< the near side, from the last corner along the distances to the first
-    QLineF distanceGradient;
-    QLineF areaGradient;
-};
-
-Shape shapeOf(const orv::OrvFreespaceEntry& entry);
 
 QPointF toScene(orv::OrvPoint point);
 QPointF toScene(const orv::OrvSensorPosition& position);
@@ -54,22 +41,5 @@ PieAngles pieAngles(std::uint16_t direction, std::uint16_t beamAngleDegrees);
 
 /// The top left corner of a sensor's label, whose middle lies 100 mm out along the direction.
 QPointF labelPosition(std::uint16_t direction, QSizeF labelSize);
-
-/// Whole zoom steps of a wheel event, one for a notch of 120.
-int zoomSteps(int wheelDelta);
-
-/// False for 0 steps, for zooming out at a scale of 0.01 or less and in at 2.0 or more.
-bool canZoom(double scale, int steps);
-
-/// The pending steps after `steps` more: steps against the pending ones replace them unless the
-/// sum changed sides. Never beyond 100 either way, so that the zoom factor stays positive.
-int pendingStepsAfter(int pendingSteps, int steps);
-
-/// The pending steps after the end of an animation, one nearer to zero; 0 becomes 1.
-int pendingStepsAfterAnimation(int pendingSteps);
-
-/// The factor of one animation step; 1 where the scale would leave 0.001 to 20, from where the
-/// picture could not be found again.
-double zoomFactor(int pendingSteps, double scale);
 
 } // namespace freespace

@@ -1,0 +1,48 @@
+#include "views/common/EcuExchange.h"
+
+#include "orv_decoder/OrvCtrlClient.h"
+#include "views/common/WaitCursor.h"
+#include "views/common/messages.h"
+
+#include <QStringList>
+
+namespace {
+
+template<typename Exchange>
+auto underWaitCursor(const Exchange& exchange, orv::OrvCtrlClient& client)
+{
+    const WaitCursor waitCursor;
+    return exchange(client);
+}
+
+} // namespace
+
+void EcuExchange::setClient(orv::OrvCtrlClient* client)
+{
+    if (client)
+        mClient = client;
+}
+
+bool EcuExchange::mayOverwrite(bool silent, const QString& title) const
+{
+    return mClient && (silent || confirmOverwrite(mView, title));
+}
+
+bool EcuExchange::run(bool silent, const std::function<bool(orv::OrvCtrlClient&)>& exchange) const
+{
+    return runAll(silent, [&exchange](orv::OrvCtrlClient& client) {
+        return exchange(client) ? QStringList()
+                                : QStringList(QString::fromStdString(client.lastError()));
+    });
+}
+
+bool EcuExchange::runAll(bool silent,
+                         const std::function<QStringList(orv::OrvCtrlClient&)>& exchanges) const
+{
+    if (!mClient)
+        return false;
+    const QStringList failures = underWaitCursor(exchanges, *mClient);
+    if (!failures.isEmpty() && !silent)
+        showCommunicationError(mView, failures.join(QLatin1Char('\n')));
+    return failures.isEmpty();
+}
