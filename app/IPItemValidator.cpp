@@ -2,12 +2,6 @@
 
 #include "ecu/store/ip_address.h"
 
-namespace {
-
-constexpr int kMaxOctet = 255;
-
-} // namespace
-
 IPItemValidator::IPItemValidator(QObject* parent) : QIntValidator(0, kMaxOctet, parent) {}
 
 QValidator::State IPItemValidator::validate(QString& input, int&) const

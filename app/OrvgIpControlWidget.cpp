@@ -1,7 +1,6 @@
 #include "app/OrvgIpControlWidget.h"
 
 #include "app/OctetEdit.h"
-#include "ecu/store/ip_address.h"
 
 #include <QCoreApplication>
 #include <QHBoxLayout>
@@ -9,7 +8,6 @@
 #include <QLabel>
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 

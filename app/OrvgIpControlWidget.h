@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/octet_keys.h"
+#include "ecu/store/ip_address.h"
 
 #include <QFrame>
 

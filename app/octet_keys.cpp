@@ -1,8 +1,8 @@
 #include "app/octet_keys.h"
 
-namespace {
+#include "ecu/store/ip_address.h"
 
-constexpr int kFullLength = 3;
+namespace {
 
 bool isAtEnd(const OctetField& field)
 {
@@ -87,5 +87,5 @@ bool isModifierKey(int key)
 
 bool isFullBeforeCursor(const OctetField& field)
 {
-    return field.text.size() == kFullLength && isAtEnd(field) && !field.hasSelection;
+    return field.text.size() == kMaxOctetDigits && isAtEnd(field) && !field.hasSelection;
 }

@@ -2,8 +2,6 @@
 
 #include <QString>
 
-inline constexpr int kOctetCount = 4;
-
 /// A key that is pressed in one of the fields of an address.
 struct OctetKey
 {

@@ -7,9 +7,6 @@
 
 namespace {
 
-constexpr int kOctetCount = 4;
-constexpr int kMaxOctet = 255;
-constexpr int kMaxDigits = 3;
 constexpr QLatin1Char kDot('.');
 
 bool isDigit(QChar character)
@@ -21,7 +18,7 @@ bool isDigit(QChar character)
 
 bool isOctet(const QString& text)
 {
-    return !text.isEmpty() && text.size() <= kMaxDigits &&
+    return !text.isEmpty() && text.size() <= kMaxOctetDigits &&
            std::all_of(text.begin(), text.end(), isDigit) && text.toInt() <= kMaxOctet;
 }
 

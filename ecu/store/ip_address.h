@@ -2,6 +2,10 @@
 
 class QString;
 
+inline constexpr int kOctetCount = 4;
+inline constexpr int kMaxOctet = 255;
+inline constexpr int kMaxOctetDigits = 3;
+
 /// True for the decimal text of 0..255, of at most three digits.
 bool isOctet(const QString& text);
 
