@@ -13,6 +13,3 @@ public:
 
     State validate(QString& input, int& position) const override;
 };
-
-/// True for the decimal text of 0..255, of at most three digits.
-bool isOctet(const QString& text);

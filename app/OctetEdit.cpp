@@ -1,24 +1,38 @@
 #include "app/OctetEdit.h"
 
 #include "app/IPItemValidator.h"
+#include "ecu/store/ip_address.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMenu>
 
-#include <algorithm>
-
 namespace {
 
-constexpr int kOctetCount = 4;
 // A line edit keeps two pixels free on either side of its text, which nobody sees here.
 constexpr int kTextMargin = -1;
 constexpr int kLineEditMargin = 2;
-constexpr QLatin1Char kDot('.');
+constexpr int kMinFontPixels = 8;
+
+QFont fixedPitchFont()
+{
+    QFont font(QStringLiteral("Monospace"), QApplication::font().pointSize());
+    font.setStyleHint(QFont::Monospace);
+    font.setFixedPitch(true);
+    return font;
+}
+
+// What three digits need.
+int widthIn(const QFont& font)
+{
+    return QFontMetrics(font).horizontalAdvance(QStringLiteral("255")) +
+           2 * (kLineEditMargin + kTextMargin);
+}
 
 } // namespace
 
@@ -31,10 +45,15 @@ OctetEdit::OctetEdit(QWidget* parent) : QLineEdit(parent)
     setValidator(new IPItemValidator(this));
 }
 
-int OctetEdit::widthFor(const QFont& font)
+QFont OctetEdit::fontFor(int width)
 {
-    return QFontMetrics(font).horizontalAdvance(QStringLiteral("255")) +
-           2 * (kLineEditMargin + kTextMargin);
+    QFont font = fixedPitchFont();
+    for (int pixels = QFontInfo(font).pixelSize(); pixels >= kMinFontPixels; --pixels) {
+        font.setPixelSize(pixels);
+        if (widthIn(font) <= width)
+            break;
+    }
+    return font;
 }
 
 void OctetEdit::keyPressEvent(QKeyEvent* event)
@@ -67,9 +86,9 @@ void OctetEdit::contextMenuEvent(QContextMenuEvent* event)
 
 bool OctetEdit::announceAddress(const QString& pasted)
 {
-    const QStringList octets = pasted.trimmed().split(kDot);
-    if (octets.size() != kOctetCount || !std::all_of(octets.begin(), octets.end(), isOctet))
+    const QString address = completeAddress(pasted);
+    if (address.isEmpty())
         return false;
-    emit addressPasted(octets.join(kDot));
+    emit addressPasted(address);
     return true;
 }

@@ -11,10 +11,9 @@ class OctetEdit : public QLineEdit
 public:
     explicit OctetEdit(QWidget* parent = nullptr);
 
-    bool isAtEnd() const { return cursorPosition() == text().size(); }
-
-    /// The width that three digits need, in pixels.
-    static int widthFor(const QFont& font);
+    /// The fixed-pitch font, no larger than the system's, whose three digits have room in `width`
+    /// pixels.
+    static QFont fontFor(int width);
 
 signals:
     /// @param address four octets joined by "."

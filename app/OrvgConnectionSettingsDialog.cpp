@@ -1,7 +1,6 @@
 #include "app/OrvgConnectionSettingsDialog.h"
 
 #include "ecu/store/ConnectionSettings.h"
-#include "ecu/store/NetworkSettings.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "ui_OrvgConnectionSettingsDialog.h"
@@ -30,6 +29,11 @@ private:
     orv::OrvCtrlSocketBase* mOwnSocket;
 };
 
+const OrvgIpControlWidget* controlOf(const QLabel* label)
+{
+    return static_cast<const OrvgIpControlWidget*>(label->buddy());
+}
+
 std::uint16_t portOf(const QSpinBox* spinBox)
 {
     return static_cast<std::uint16_t>(spinBox->value());
@@ -45,20 +49,35 @@ OrvgConnectionSettingsDialog::OrvgConnectionSettingsDialog(orv::OrvCtrlClient* c
     , mStore(store)
 {
     mUi->setupUi(this);
-    if (settings::hasGroup(*mStore, settings::kImportedNetworkGroup))
+    for (const QLabel* label : addressLabels())
+        connect(controlOf(label), &OrvgIpControlWidget::addressChanged, this,
+                &OrvgConnectionSettingsDialog::updateButtons);
+    if (settings::hasImportedConnection(*mStore)) {
         setWindowTitle(tr("*IMPORTED*%1").arg(windowTitle()));
-    fill(settings::readConnection(*mStore));
+        fill(settings::readImportedConnection(*mStore));
+    } else {
+        fill(settings::readConnection(*mStore));
+    }
     connect(mUi->readButton, &QPushButton::clicked, this,
             &OrvgConnectionSettingsDialog::onReadSettings);
     connect(mUi->transmitButton, &QPushButton::clicked, this,
             &OrvgConnectionSettingsDialog::onTransmitSettings);
+    updateButtons();
+    mUi->ecuIpControl->startTyping();
 }
 
 OrvgConnectionSettingsDialog::~OrvgConnectionSettingsDialog() = default;
 
 void OrvgConnectionSettingsDialog::accept()
 {
-    settings::acceptConnection(*mStore, connection());
+    const ConnectionSettings typed = connection();
+    if (!incompleteAddresses().isEmpty())
+        return;
+    if (typed.link.receivePort == typed.link.freespacePort) {
+        refuseSharedPort(typed.link.receivePort);
+        return;
+    }
+    settings::acceptConnection(*mStore, typed);
     QDialog::accept();
 }
 
@@ -98,15 +117,52 @@ bool OrvgConnectionSettingsDialog::transmit()
     return mClient->writeNetworkSettings(ecuSettings());
 }
 
+std::array<const QLabel*, 4> OrvgConnectionSettingsDialog::addressLabels() const
+{
+    return {mUi->ecuIpLabel, mUi->subnetLabel, mUi->gatewayLabel, mUi->hostIpLabel};
+}
+
+QStringList OrvgConnectionSettingsDialog::incompleteAddresses() const
+{
+    QStringList names;
+    for (const QLabel* label : addressLabels()) {
+        if (!controlOf(label)->isComplete())
+            names.append(label->text().remove(QLatin1Char(':')));
+    }
+    return names;
+}
+
+void OrvgConnectionSettingsDialog::updateButtons()
+{
+    const QStringList incomplete = incompleteAddresses();
+    const QString reason =
+        incomplete.isEmpty() ? QString() : tr("Still wanted: %1").arg(incomplete.join(", "));
+    for (QPushButton* button :
+         {mUi->buttonBox->button(QDialogButtonBox::Ok), mUi->transmitButton}) {
+        button->setEnabled(incomplete.isEmpty());
+        button->setToolTip(reason);
+    }
+}
+
+void OrvgConnectionSettingsDialog::refuseSharedPort(int port)
+{
+    QMessageBox::warning(this, windowTitle(),
+                         tr("Signals and freespaces cannot both be received on port %1.\n"
+                            "Please choose another port for one of them.")
+                             .arg(port));
+    mUi->mFreespacesPort->setFocus();
+    mUi->mFreespacesPort->selectAll();
+}
+
 void OrvgConnectionSettingsDialog::fill(const ConnectionSettings& connection)
 {
-    mUi->ecuIpControl->setText(connection.ecuIp);
+    mUi->ecuIpControl->setText(connection.link.ecuIp);
     mUi->subnetControl->setText(connection.ecuSubnet);
     mUi->gatewayControl->setText(connection.ecuGateway);
-    mUi->controlPort->setValue(connection.controlPort);
+    mUi->controlPort->setValue(connection.link.controlPort);
     mUi->hostIpControl->setText(connection.hostIp);
-    mUi->mReceivingPort->setValue(connection.receivePort);
-    showFreespacePort(connection.freespacePort);
+    mUi->mReceivingPort->setValue(connection.link.receivePort);
+    showFreespacePort(connection.link.freespacePort);
 }
 
 void OrvgConnectionSettingsDialog::fill(const orv::EcuNetworkSettings& ecuSettings)
@@ -127,20 +183,20 @@ void OrvgConnectionSettingsDialog::showFreespacePort(int port)
     mUi->mFreespacesGB->setChecked(port != 0);
 }
 
-int OrvgConnectionSettingsDialog::freespacePort() const
+std::uint16_t OrvgConnectionSettingsDialog::freespacePort() const
 {
-    return mUi->mFreespacesGB->isChecked() ? mUi->mFreespacesPort->value() : 0;
+    return mUi->mFreespacesGB->isChecked() ? portOf(mUi->mFreespacesPort) : std::uint16_t{0};
 }
 
 ConnectionSettings OrvgConnectionSettingsDialog::connection() const
 {
-    return {.ecuIp = mUi->ecuIpControl->text(),
+    return {.link = {.ecuIp = mUi->ecuIpControl->text(),
+                     .controlPort = portOf(mUi->controlPort),
+                     .receivePort = portOf(mUi->mReceivingPort),
+                     .freespacePort = freespacePort()},
             .ecuSubnet = mUi->subnetControl->text(),
             .ecuGateway = mUi->gatewayControl->text(),
-            .controlPort = mUi->controlPort->value(),
-            .hostIp = mUi->hostIpControl->text(),
-            .receivePort = mUi->mReceivingPort->value(),
-            .freespacePort = freespacePort()};
+            .hostIp = mUi->hostIpControl->text()};
 }
 
 orv::EcuNetworkSettings OrvgConnectionSettingsDialog::ecuSettings() const
@@ -152,5 +208,5 @@ orv::EcuNetworkSettings OrvgConnectionSettingsDialog::ecuSettings() const
             .controlPort = portOf(mUi->controlPort),
             .hostIp = mUi->hostIpControl->value(),
             .receivePort = portOf(mUi->mReceivingPort),
-            .freespacePort = static_cast<std::uint16_t>(freespacePort())};
+            .freespacePort = freespacePort()};
 }

@@ -2,8 +2,11 @@
 
 #include <QDialog>
 
+#include <array>
+#include <cstdint>
 #include <memory>
 
+class QLabel;
 class QSettings;
 struct ConnectionSettings;
 
@@ -28,7 +31,7 @@ public:
                                  QWidget* parent = nullptr);
     ~OrvgConnectionSettingsDialog() override;
 
-    /// Stores the values and forgets an import.
+    /// Stores the values and forgets an import. Values that no link can be made of are refused.
     void accept() override;
 
 public slots:
@@ -39,10 +42,14 @@ public slots:
     void onTransmitSettings();
 
 private:
+    std::array<const QLabel*, 4> addressLabels() const;
+    QStringList incompleteAddresses() const;
+    void updateButtons();
+    void refuseSharedPort(int port);
     void fill(const ConnectionSettings& connection);
     void fill(const orv::EcuNetworkSettings& ecuSettings);
     void showFreespacePort(int port);
-    int freespacePort() const;
+    std::uint16_t freespacePort() const;
     ConnectionSettings connection() const;
     orv::EcuNetworkSettings ecuSettings() const;
     bool readFromTypedAddress(orv::EcuNetworkSettings& ecuSettings);

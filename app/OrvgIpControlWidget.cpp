@@ -1,41 +1,21 @@
 #include "app/OrvgIpControlWidget.h"
 
-#include "app/IPItemValidator.h"
 #include "app/OctetEdit.h"
 
-#include <QApplication>
-#include <QFontInfo>
-#include <QFontMetrics>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 
 constexpr int kMaxWidth = 120;
 constexpr int kMinWidth = 96;
-constexpr int kMinFontPixels = 8;
-constexpr int kFullLength = 3;
 constexpr int kBitsPerOctet = 8;
 constexpr std::uint32_t kOctetMask = 0xFF;
 constexpr QLatin1Char kDot('.');
-
-bool isModifier(int key)
-{
-    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt ||
-           key == Qt::Key_AltGr || key == Qt::Key_Meta;
-}
-
-QFont fixedPitchFont()
-{
-    QFont font(QStringLiteral("Monospace"), QApplication::font().pointSize());
-    font.setStyleHint(QFont::Monospace);
-    font.setFixedPitch(true);
-    return font;
-}
 
 QString withoutLeadingZeros(const QString& octet)
 {
@@ -79,6 +59,7 @@ OctetEdit* OrvgIpControlWidget::createField(int index)
     auto* field = new OctetEdit(this);
     field->setAccessibleName(tr("octet %1 of %2").arg(index + 1).arg(kOctetCount));
     field->installEventFilter(this);
+    connect(field, &OctetEdit::textChanged, this, &OrvgIpControlWidget::addressChanged);
     connect(field, &OctetEdit::addressPasted, this, &OrvgIpControlWidget::showPastedAddress);
     return field;
 }
@@ -100,21 +81,11 @@ void OrvgIpControlWidget::resizeEvent(QResizeEvent* event)
 // Three digits have to fit into each field, whatever the size of the system's fonts.
 void OrvgIpControlWidget::fitFont(int availableWidth)
 {
-    QFont font = fixedPitchFont();
-    for (int pixels = QFontInfo(font).pixelSize(); pixels >= kMinFontPixels; --pixels) {
-        font.setPixelSize(pixels);
-        if (widthFor(font) <= availableWidth)
-            break;
-    }
+    const int dots = (kOctetCount - 1) * fontMetrics().horizontalAdvance(kDot);
+    const int fields = availableWidth - dots - 2 * frameWidth();
+    const QFont font = OctetEdit::fontFor(fields / kOctetCount);
     for (OctetEdit* field : mFields)
         field->setFont(font);
-}
-
-int OrvgIpControlWidget::widthFor(const QFont& font) const
-{
-    const int dotWidth = fontMetrics().horizontalAdvance(kDot);
-    return kOctetCount * OctetEdit::widthFor(font) + (kOctetCount - 1) * dotWidth +
-           2 * frameWidth();
 }
 
 QString OrvgIpControlWidget::text() const
@@ -123,6 +94,12 @@ QString OrvgIpControlWidget::text() const
     for (const OctetEdit* field : mFields)
         octets.append(withoutLeadingZeros(field->text()));
     return octets.join(kDot);
+}
+
+bool OrvgIpControlWidget::isComplete() const
+{
+    return std::none_of(mFields.begin(), mFields.end(),
+                        [](const OctetEdit* field) { return field->text().isEmpty(); });
 }
 
 void OrvgIpControlWidget::setText(const QString& text)
@@ -153,21 +130,30 @@ void OrvgIpControlWidget::setValue(std::uint32_t address)
     }
 }
 
+void OrvgIpControlWidget::startTyping()
+{
+    moveTo(0);
+}
+
 bool OrvgIpControlWidget::eventFilter(QObject* watched, QEvent* event)
 {
     const int index = indexOf(watched);
-    return index == kNoField ? QFrame::eventFilter(watched, event) : handleFieldEvent(index, event);
+    if (index == kNoField)
+        return QFrame::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress)
+        return handleKey(index, *static_cast<QKeyEvent*>(event));
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::FocusOut)
+        mMovedOnTo = kNoField;
+    return false;
 }
 
 void OrvgIpControlWidget::slotTextChanged(QLineEdit* pEdit)
 {
     const int index = indexOf(pEdit);
     // The call is queued: what was typed in between may have left the field already.
-    if (index == kNoField || window()->focusWidget() != pEdit)
+    if (index == kNoField || index == mStaysIn || window()->focusWidget() != pEdit)
         return;
-    // A selected octet waits to be replaced: a modifier, pressed for what comes next, leaves it so.
-    if (pEdit->text().size() != kFullLength || !fieldAt(index)->isAtEnd() ||
-        pEdit->hasSelectedText() || index + 1 == kOctetCount)
+    if (index + 1 == kOctetCount || !isFullBeforeCursor(stateOf(index)))
         return;
     moveTo(index + 1);
     mMovedOnTo = index + 1;
@@ -190,81 +176,77 @@ void OrvgIpControlWidget::moveTo(int index)
     field->setFocus();
     field->setCursorPosition(0);
     field->selectAll();
+    mIsFocusMoving = true;
+    QMetaObject::invokeMethod(
+        this, [this] { mIsFocusMoving = false; }, Qt::QueuedConnection);
 }
 
-bool OrvgIpControlWidget::handleFieldEvent(int index, QEvent* event)
+void OrvgIpControlWidget::moveToEndOf(int index)
 {
-    switch (event->type()) {
-    case QEvent::KeyPress:
-        return handleKey(index, *static_cast<QKeyEvent*>(event));
-    case QEvent::MouseButtonPress:
-    case QEvent::FocusOut:
-        mMovedOnTo = kNoField;
-        return false;
-    default:
-        return false;
-    }
+    fieldAt(index)->setFocus();
+    fieldAt(index)->end(false);
 }
 
-bool OrvgIpControlWidget::handleKey(int index, const QKeyEvent& key)
+OctetField OrvgIpControlWidget::stateOf(int index) const
 {
+    const OctetEdit* field = fieldAt(index);
+    return {.index = index,
+            .text = field->text(),
+            .cursor = field->cursorPosition(),
+            .hasSelection = field->hasSelectedText(),
+            .wasMovedTo = mMovedOnTo == index};
+}
+
+bool OrvgIpControlWidget::handleKey(int index, QKeyEvent& event)
+{
+    const int focused = indexOf(window()->focusWidget());
+    if (mIsFocusMoving && focused != kNoField && focused != index)
+        return sendTo(focused, event);
+    const OctetKeyAction action =
+        octetKeyAction({.key = event.key(), .typed = event.text()}, stateOf(index));
     // Some keyboards need a modifier for the dot.
-    const bool followsMove = mMovedOnTo == index;
-    if (!isModifier(key.key()))
+    if (!isModifierKey(event.key()))
         mMovedOnTo = kNoField;
-    switch (key.key()) {
-    case Qt::Key_Period:
-        return handleDot(index, followsMove);
-    case Qt::Key_Tab:
-        return handleTab(index);
-    case Qt::Key_Right:
-        return handleRight(index);
-    case Qt::Key_Left:
-        return handleLeft(index);
-    default:
+    mStaysIn = action == OctetKeyAction::Stay ? index : kNoField;
+    return act(action, index, event);
+}
+
+// True when the field is to know nothing of the key.
+bool OrvgIpControlWidget::act(OctetKeyAction action, int index, QKeyEvent& event)
+{
+    switch (action) {
+    case OctetKeyAction::Type:
+    case OctetKeyAction::Stay:
         emit signalTextChanged(fieldAt(index));
         return false;
-    }
-}
-
-// A dot is never typed into a field.
-bool OrvgIpControlWidget::handleDot(int index, bool followsMove)
-{
-    if (!followsMove && fieldAt(index)->isAtEnd() && index + 1 < kOctetCount)
-        moveTo(index + 1);
-    return true;
-}
-
-bool OrvgIpControlWidget::handleTab(int index)
-{
-    if (!fieldAt(index)->isAtEnd())
-        return true;
-    if (index + 1 == kOctetCount)
+    case OctetKeyAction::Pass:
         return false;
-    moveTo(index + 1);
-    return true;
-}
-
-bool OrvgIpControlWidget::handleRight(int index)
-{
-    if (fieldAt(index)->isAtEnd() && index + 1 < kOctetCount)
+    case OctetKeyAction::Ignore:
+        return true;
+    case OctetKeyAction::MoveOn:
         moveTo(index + 1);
-    return false;
-}
-
-bool OrvgIpControlWidget::handleLeft(int index)
-{
-    if (index > 0 && fieldAt(index)->cursorPosition() == 0) {
-        OctetEdit* previous = fieldAt(index - 1);
-        previous->setFocus();
-        previous->end(false);
+        return true;
+    case OctetKeyAction::MoveOnAndPass:
+        moveTo(index + 1);
+        return false;
+    case OctetKeyAction::MoveOnAndType:
+        moveTo(index + 1);
+        return sendTo(index + 1, event);
+    case OctetKeyAction::MoveBack:
+        moveToEndOf(index - 1);
+        return false;
     }
     return false;
+}
+
+bool OrvgIpControlWidget::sendTo(int index, QKeyEvent& event)
+{
+    QCoreApplication::sendEvent(fieldAt(index), &event);
+    return true;
 }
 
 void OrvgIpControlWidget::showPastedAddress(const QString& address)
 {
     setText(address);
-    mFields.back()->setFocus();
-    mFields.back()->end(false);
+    moveToEndOf(kOctetCount - 1);
 }

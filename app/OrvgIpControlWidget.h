@@ -1,5 +1,8 @@
 #pragma once
 
+#include "app/octet_keys.h"
+#include "ecu/store/ip_address.h"
+
 #include <QFrame>
 
 #include <array>
@@ -17,12 +20,13 @@ class OrvgIpControlWidget : public QFrame
     Q_OBJECT
 
 public:
-    static constexpr int kOctetCount = 4;
-
     explicit OrvgIpControlWidget(QWidget* parent = nullptr, const QString& text = QString());
 
     /// The four octets joined by "."; an empty field gives an empty octet, leading zeros go.
     QString text() const;
+
+    /// False while an octet is missing.
+    bool isComplete() const;
 
     /// Splits at "." and drops empty parts. A field without a part, or whose part is no octet,
     /// becomes empty.
@@ -31,6 +35,9 @@ public:
     /// The address with its first octet in the lowest byte; an empty field counts as 0.
     std::uint32_t value() const;
     void setValue(std::uint32_t address);
+
+    /// Lets the first digit typed replace the first octet, with the focus in it.
+    void startTyping();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -41,6 +48,9 @@ public slots:
 signals:
     void signalTextChanged(QLineEdit* pEdit);
 
+    /// An octet has become another one, whoever changed it.
+    void addressChanged();
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
@@ -50,18 +60,16 @@ private:
     void addDot(QHBoxLayout* layout);
 
     void fitFont(int availableWidth);
-    int widthFor(const QFont& font) const;
 
     int indexOf(const QObject* field) const;
     OctetEdit* fieldAt(int index) const;
     void moveTo(int index);
+    void moveToEndOf(int index);
 
-    bool handleFieldEvent(int index, QEvent* event);
-    bool handleKey(int index, const QKeyEvent& key);
-    bool handleDot(int index, bool followsMove);
-    bool handleTab(int index);
-    bool handleRight(int index);
-    bool handleLeft(int index);
+    OctetField stateOf(int index) const;
+    bool handleKey(int index, QKeyEvent& event);
+    bool act(OctetKeyAction action, int index, QKeyEvent& event);
+    bool sendTo(int index, QKeyEvent& event);
     void showPastedAddress(const QString& address);
 
     static constexpr int kNoField = -1;
@@ -69,4 +77,8 @@ private:
     std::array<OctetEdit*, kOctetCount> mFields{}; // children
     // The field that a third digit has just moved on to: a dot typed next has had its effect.
     int mMovedOnTo = kNoField;
+    // The field whose last key must not move on.
+    int mStaysIn = kNoField;
+    // Keys are still on their way to the field that the focus has left.
+    bool mIsFocusMoving = false;
 };

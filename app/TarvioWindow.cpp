@@ -10,7 +10,9 @@
 #include "ecu/configuration/NetworkSection.h"
 #include "ecu/link/EcuLink.h"
 #include "ecu/link/LinkSupervisor.h"
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/ConnectionSettings.h"
+#include "ecu/store/network_keys.h"
+#include "ecu/store/settings_store.h"
 #include "ui_TarvioWindow.h"
 #include "views/freespace/OrvgFreespacesView.h"
 #include "views/live/OrvgLiveView.h"
@@ -26,7 +28,6 @@
 
 namespace {
 
-constexpr int kStateVersion = 0;
 constexpr int kFirstDockHeight = 300;
 
 } // namespace
@@ -35,11 +36,10 @@ TarvioWindow::TarvioWindow(QWidget* parent)
     : QMainWindow(parent), mUi(std::make_unique<Ui::MainWindow>())
 {
     mUi->setupUi(this);
-    mSettings = new QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("maltrex"),
-                              QStringLiteral("tarvio"), this);
+    mSettings = settings::openStore(this);
     if (!settings::hasGroup(*mSettings, settings::kNetworkGroup))
         writeDefaultNetworkSettings();
-    mLink = std::make_unique<EcuLink>(settings::readNetwork(*mSettings));
+    mLink = std::make_unique<EcuLink>(settings::readConnection(*mSettings).link);
     mSupervisor = std::make_unique<LinkSupervisor>(*mLink);
     createConfigurationCommands();
     initViews();
@@ -127,17 +127,12 @@ void TarvioWindow::styleDockTitles()
 
 void TarvioWindow::restoreWindowState()
 {
-    mWindowState.add(
-        QStringLiteral("geometry"), [this] { return saveGeometry(); },
-        [this](const QByteArray& geometry) { restoreGeometry(geometry); });
-    mWindowState.add(
-        QStringLiteral("state"), [this] { return saveState(kStateVersion); },
-        [this](const QByteArray& state) { restoreState(state, kStateVersion); });
+    mWindowState.addWindow(this);
     mWindowState.addView(QStringLiteral("live_view"), mLiveView);
     mWindowState.addView(QStringLiteral("freespaces_view"), mFreespacesView);
     mWindowState.addView(QStringLiteral("thresholds_view"), mUi->mThresholdView);
-    if (!mWindowState.restore(*mSettings))
-        arrangeDocks();
+    arrangeDocks();
+    mWindowState.restore(*mSettings);
 }
 
 void TarvioWindow::arrangeDocks()
@@ -220,8 +215,7 @@ void TarvioWindow::closeEvent(QCloseEvent* event)
 {
     mWindowState.save(*mSettings);
     // Imported network values that were not accepted in the connection dialog end with the run.
-    if (settings::hasGroup(*mSettings, settings::kImportedNetworkGroup))
-        mSettings->remove(settings::kImportedNetworkGroup);
+    settings::forgetImportedConnection(*mSettings);
     mSettings->sync();
     QMainWindow::closeEvent(event);
 }
@@ -272,7 +266,7 @@ void TarvioWindow::onConnectionSettings()
 {
     OrvgConnectionSettingsDialog dialog(&mLink->client(), mSettings, centralWidget());
     if (dialog.exec() == QDialog::Accepted)
-        mSupervisor->reconnect(settings::readNetwork(*mSettings));
+        mSupervisor->reconnect(settings::readConnection(*mSettings).link);
 }
 
 void TarvioWindow::onSaveToXml()

@@ -1,15 +1,16 @@
+#include "app/TarvioApplication.h"
 #include "app/TarvioWindow.h"
 #include "orv_decoder/metatypes.h"
-
-#include <QApplication>
 
 int main(int argc, char* argv[])
 {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication application(argc, argv);
-    orv::registerMetaTypes();
-    TarvioWindow window;
-    window.show();
-    return QApplication::exec();
+    TarvioApplication application(argc, argv);
+    return application.run([] {
+        orv::registerMetaTypes();
+        TarvioWindow window;
+        window.show();
+        return QApplication::exec();
+    });
 }

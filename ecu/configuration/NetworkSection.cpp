@@ -1,17 +1,22 @@
 #include "ecu/configuration/NetworkSection.h"
 
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/network_keys.h"
 
 #include <QSettings>
+#include <QStringList>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
-#include <array>
-
 namespace {
 
-constexpr std::array kElements = {"ecu_ip",       "ecu_subnet", "ecu_gateway",
-                                  "control_port", "host_ip",    "receive_port"};
+// The freespace port is none of them.
+const QStringList& elements()
+{
+    using namespace settings;
+    static const QStringList names{kEcuIp,       kEcuSubnet, kEcuGateway,
+                                   kControlPort, kHostIp,    kReceivePort};
+    return names;
+}
 
 // The store must not grow with whatever a file holds.
 constexpr int kMaxElements = 32;
@@ -25,10 +30,8 @@ namespace settings {
 void writeNetworkSection(QXmlStreamWriter& writer, QSettings& store)
 {
     store.beginGroup(kNetworkGroup);
-    for (const char* name : kElements) {
-        const QString element = QString::fromLatin1(name);
+    for (const QString& element : elements())
         writer.writeTextElement(element, store.value(element).toString());
-    }
     store.endGroup();
 }
 

@@ -1,8 +1,8 @@
 #include "ecu/configuration/SettingsFile.h"
 
+#include "ecu/configuration/settings_text.h"
+
 #include <QDebug>
-#include <QFile>
-#include <QFileInfo>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -13,6 +13,11 @@ namespace {
 
 const QString kRootElement = QStringLiteral("OrvgProject");
 const QString kDocumentType = QStringLiteral("<!DOCTYPE tarvio>");
+
+const QString kInvalidFile = QStringLiteral("invalid xml file");
+
+// A complete file has four.
+constexpr int kMaxSections = 16;
 
 // A message quotes names and texts of the file.
 constexpr int kMaxErrorLength = 200;
@@ -25,20 +30,6 @@ constexpr int kMaxErrorLength = 200;
 [[noreturn]] void raiseUnknownCategory(const QString& element)
 {
     raise(QStringLiteral("Unknown category ") + element);
-}
-
-/// The text of a settings file; empty for what cannot be one. The format has no use for entity
-/// declarations, whose expansion can make a short file endless.
-QString documentText(const QString& fileName)
-{
-    QFile file(fileName);
-    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray bytes = file.read(SettingsFile::kMaxFileSize + 1);
-    if (bytes.size() > SettingsFile::kMaxFileSize)
-        return {};
-    const QString text = QString::fromUtf8(bytes);
-    return text.contains(QLatin1String("<!ENTITY")) ? QString() : text;
 }
 
 /// The text of the current element, children included; leaves the reader at its end. Stops where
@@ -106,7 +97,7 @@ QByteArray SettingsFile::document() const
 ImportReport SettingsFile::read(const QString& fileName, const Selection& isSelected) const
 {
     ImportReport report;
-    QXmlStreamReader reader(documentText(fileName));
+    QXmlStreamReader reader(settingsText(fileName));
     try {
         readSections(reader, isSelected, report);
     } catch (const std::invalid_argument& error) {
@@ -117,11 +108,11 @@ ImportReport SettingsFile::read(const QString& fileName, const Selection& isSele
 
 QStringList SettingsFile::sectionsOf(const QString& fileName)
 {
-    QXmlStreamReader reader(documentText(fileName));
+    QXmlStreamReader reader(settingsText(fileName));
     if (!reader.readNextStartElement() || reader.name() != kRootElement)
         return {};
     QStringList names;
-    while (reader.readNextStartElement()) {
+    while (reader.readNextStartElement() && names.size() < kMaxSections) {
         names.append(reader.name().toString());
         reader.skipCurrentElement();
     }
@@ -132,10 +123,12 @@ void SettingsFile::readSections(QXmlStreamReader& reader, const Selection& isSel
                                 ImportReport& report) const
 {
     if (!reader.readNextStartElement())
-        raise(QStringLiteral("invalid xml file"));
+        raise(kInvalidFile);
     if (reader.name() != kRootElement)
         raise(QStringLiteral("not an OrvgProject"));
-    while (reader.readNextStartElement()) {
+    for (int count = 0; reader.readNextStartElement(); ++count) {
+        if (count == kMaxSections)
+            raise(kInvalidFile);
         const QString element = reader.name().toString();
         qDebug() << element;
         const SettingsSection& section = sectionNamed(element);
@@ -144,6 +137,9 @@ void SettingsFile::readSections(QXmlStreamReader& reader, const Selection& isSel
         else
             reader.skipCurrentElement();
     }
+    // Nothing may stand behind the root.
+    while (!reader.atEnd())
+        reader.readNext();
     if (reader.hasError())
         raise(reader.errorString());
 }

@@ -41,9 +41,6 @@ class SettingsFile
 public:
     using Selection = std::function<bool(const QString& element)>;
 
-    /// Longer files are none of ours: a complete one has less than 10 kB.
-    static constexpr qint64 kMaxFileSize = 1'048'576;
-
     /// The sections in the order of the file.
     explicit SettingsFile(QVector<SettingsSection> sections);
 
@@ -52,7 +49,7 @@ public:
 
     /// Reads the selected sections of a file one by one. What was read stays when a later section
     /// fails; a failed section does not keep the later ones from being read, but an unknown
-    /// section and a broken file do.
+    /// section, more sections than any file has and a broken file do.
     ImportReport read(const QString& fileName, const Selection& isSelected) const;
 
     /// The names of all sections in a file, as far as it can be read; empty for a file that is no

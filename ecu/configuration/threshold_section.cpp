@@ -13,29 +13,13 @@ namespace {
 
 const QString kSensorElement = QStringLiteral("Sensor");
 
-// Whether the section's end is still ahead of the reader.
-enum class Reached {
-    SectionEnd,
-    LastSensor,
-};
-
 orv::SensorThreshold readRecord(QXmlStreamReader& reader, std::uint8_t sensorId)
 {
     orv::SensorThreshold record;
     std::string reason;
     if (!orv::checkedThreshold(readBase64(reader), sensorId, record, reason))
-        throw std::runtime_error("wrong thresholds data format");
+        throw std::invalid_argument("wrong thresholds data format");
     return record;
-}
-
-Reached readRecords(QXmlStreamReader& reader, std::vector<orv::SensorThreshold>& records)
-{
-    for (std::uint8_t id = 0; id < orv::kSensorCount; ++id) {
-        if (!readIndexedElement(reader, kSensorElement, id))
-            return Reached::SectionEnd;
-        records.push_back(readRecord(reader, id));
-    }
-    return Reached::LastSensor;
 }
 
 } // namespace
@@ -51,15 +35,17 @@ bool readThresholdSection(QXmlStreamReader& reader, std::vector<orv::SensorThres
                           std::string& error)
 {
     try {
-        if (readRecords(reader, records) == Reached::LastSensor)
-            reader.skipCurrentElement();
-        return true;
-    } catch (const std::invalid_argument& wrongElement) {
-        error = wrongElement.what();
-        reader.skipCurrentElement(); // the element that was refused
-    } catch (const std::runtime_error& wrongContent) {
-        error = wrongContent.what();
+        while (records.size() < orv::kSensorCount) {
+            const auto id = static_cast<std::uint8_t>(records.size());
+            if (!readIndexedElement(reader, kSensorElement, id))
+                return true;
+            records.push_back(readRecord(reader, id));
+        }
+    } catch (const std::invalid_argument& wrong) {
+        error = wrong.what();
+        return false;
     }
+    // There is no thirteenth sensor.
     reader.skipCurrentElement();
-    return false;
+    return true;
 }

@@ -12,8 +12,8 @@ class QXmlStreamWriter;
 /// Writes one element for each record into the open section of a settings file.
 void writeThresholdSection(QXmlStreamWriter& writer, std::span<const orv::SensorThreshold> records);
 
-/// Reads the records of the current section and leaves the reader at the section's end. False
-/// with the reason in `error`: "wrong xml format", "id missing", "wrong id value", "wrong
-/// thresholds data format".
+/// Reads the records of the current section and leaves the reader at the section's end; elements
+/// behind the twelfth sensor are passed over. False with the reason in `error`: "wrong xml format",
+/// "id missing", "wrong id value", "wrong thresholds data format".
 bool readThresholdSection(QXmlStreamReader& reader, std::vector<orv::SensorThreshold>& records,
                           std::string& error);

@@ -1,6 +1,6 @@
 #include "ecu/link/EcuLink.h"
 
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/ConnectionSettings.h"
 
 namespace {
 
@@ -24,7 +24,7 @@ private:
 
 } // namespace
 
-EcuLink::EcuLink(const NetworkSettings& network)
+EcuLink::EcuLink(const LinkSettings& network)
     : mMeasurements(network.receivePort)
     , mFreespaces(network.freespacePort)
     , mControlSocket(network.ecuIp.toStdString(), network.controlPort)
@@ -44,7 +44,7 @@ bool EcuLink::probe(orv::FirmwareVersion& version)
     return mClient.readFirmwareVersion(version);
 }
 
-void EcuLink::reconnect(const NetworkSettings& network)
+void EcuLink::reconnect(const LinkSettings& network)
 {
     mControlSocket.reconnect(network.ecuIp.toStdString(), network.controlPort);
     mMeasurements.reopen(network.receivePort);

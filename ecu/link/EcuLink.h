@@ -6,14 +6,14 @@
 
 #include <vector>
 
-struct NetworkSettings;
+struct LinkSettings;
 
 /// The two live streams and the control channel of one ECU, used on one thread alone.
 /// No operation reports an error to the user: an ECU that is not there is an ordinary state.
 class EcuLink
 {
 public:
-    explicit EcuLink(const NetworkSettings& network);
+    explicit EcuLink(const LinkSettings& network);
 
     LiveStream<orv::OrvMeasurementResult>& measurements() { return mMeasurements; }
     LiveStream<orv::OrvFreespacePackage>& freespaces() { return mFreespaces; }
@@ -26,7 +26,7 @@ public:
     bool probe(orv::FirmwareVersion& version);
 
     /// Moves all three sockets; a port of 0 keeps the socket's current one.
-    void reconnect(const NetworkSettings& network);
+    void reconnect(const LinkSettings& network);
 
     /// Tries again to open the ports of streams that have none.
     void openClosedStreams();

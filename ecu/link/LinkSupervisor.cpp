@@ -1,7 +1,7 @@
 #include "ecu/link/LinkSupervisor.h"
 
 #include "ecu/link/EcuLink.h"
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/ConnectionSettings.h"
 
 #include <QDebug>
 
@@ -59,7 +59,7 @@ void LinkSupervisor::startPolling()
     mNextTickMs = mClock.elapsed() + mPollTimer.interval();
 }
 
-void LinkSupervisor::reconnect(const NetworkSettings& network)
+void LinkSupervisor::reconnect(const LinkSettings& network)
 {
     mLink.reconnect(network);
     mWasConnected = std::exchange(mConnected, false);

@@ -11,7 +11,7 @@
 #include <vector>
 
 class EcuLink;
-struct NetworkSettings;
+struct LinkSettings;
 
 namespace orv {
 struct FirmwareVersion;
@@ -58,7 +58,7 @@ public:
     void startPolling();
 
     /// Moves the link to other addresses and ports and judges it anew.
-    void reconnect(const NetworkSettings& network);
+    void reconnect(const LinkSettings& network);
 
     const State& state() const { return mState; }
     const std::vector<PortProblem>& portProblems() const { return mPortProblems; }

@@ -1,60 +1,120 @@
 #include "ecu/store/ConnectionSettings.h"
 
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/ip_address.h"
+#include "ecu/store/network_keys.h"
+#include "ecu/store/settings_store.h"
 
 #include <QSettings>
 
+#include <limits>
+
 namespace {
 
-constexpr int kDefaultControlPort = 50002;
-constexpr int kDefaultFreespacePort = 50003;
+constexpr std::uint16_t kDefaultControlPort = 50002;
+constexpr std::uint16_t kDefaultReceivePort = 50001;
+constexpr std::uint16_t kDefaultFreespacePort = 50003;
 
-QString pathOf(const QString& group, const char* key)
+constexpr int kNoPort = 0;
+constexpr int kMinPort = 1;
+constexpr int kMaxPort = std::numeric_limits<std::uint16_t>::max();
+
+QVariant valueIn(const QSettings& store, const QString& group, const QString& key)
 {
-    return group + QLatin1Char('/') + QLatin1String(key);
+    return store.value(group + QLatin1Char('/') + key);
 }
 
-QVariant value(const QSettings& store, const char* key, int defaultValue = 0)
+/// The values in use or, where there are any, those that wait to be accepted.
+class ValueReader
 {
-    const QVariant live = store.value(pathOf(settings::kNetworkGroup, key), defaultValue);
-    return store.value(pathOf(settings::kImportedNetworkGroup, key), live);
-}
+public:
+    enum class First { InUse, Imported };
 
-QString address(const QSettings& store, const char* key)
+    ValueReader(const QSettings& store, First first) : mStore(store), mFirst(first) {}
+
+    QString address(const QString& key) const { return completeAddress(value(key).toString()); }
+
+    std::uint16_t port(const QString& key, std::uint16_t otherwise, int minimum = kMinPort) const
+    {
+        bool isNumber = false;
+        const int port = value(key).toInt(&isNumber);
+        const bool isPort = isNumber && port >= minimum && port <= kMaxPort;
+        return isPort ? static_cast<std::uint16_t>(port) : otherwise;
+    }
+
+private:
+    QVariant value(const QString& key) const
+    {
+        const QVariant inUse = valueIn(mStore, settings::kNetworkGroup, key);
+        if (mFirst == First::InUse)
+            return inUse;
+        const QVariant imported = valueIn(mStore, settings::kImportedNetworkGroup, key);
+        return imported.isValid() ? imported : inUse;
+    }
+
+    const QSettings& mStore;
+    First mFirst;
+};
+
+ConnectionSettings connectionOf(const ValueReader& reader)
 {
-    return value(store, key).toString();
+    using namespace settings;
+    return {.link = {.ecuIp = reader.address(kEcuIp),
+                     .controlPort = reader.port(kControlPort, kDefaultControlPort),
+                     .receivePort = reader.port(kReceivePort, kDefaultReceivePort),
+                     .freespacePort = reader.port(kFreespacePort, kDefaultFreespacePort, kNoPort)},
+            .ecuSubnet = reader.address(kEcuSubnet),
+            .ecuGateway = reader.address(kEcuGateway),
+            .hostIp = reader.address(kHostIp)};
 }
 
 } // namespace
 
 namespace settings {
 
+void writeDefaultNetwork(QSettings& store)
+{
+    store.beginGroup(kNetworkGroup);
+    store.setValue(kEcuIp, QStringLiteral("192.168.1.3"));
+    store.setValue(kEcuSubnet, QStringLiteral("255.255.255.0"));
+    store.setValue(kEcuGateway, QStringLiteral("192.168.1.1"));
+    store.setValue(kControlPort, QString::number(kDefaultControlPort));
+    store.setValue(kHostIp, QStringLiteral("192.168.1.5"));
+    store.setValue(kReceivePort, QString::number(kDefaultReceivePort));
+    store.endGroup();
+}
+
 ConnectionSettings readConnection(const QSettings& store)
 {
-    ConnectionSettings connection;
-    connection.ecuIp = address(store, "ecu_ip");
-    connection.ecuSubnet = address(store, "ecu_subnet");
-    connection.ecuGateway = address(store, "ecu_gateway");
-    connection.controlPort = value(store, "control_port", kDefaultControlPort).toInt();
-    connection.hostIp = address(store, "host_ip");
-    connection.receivePort = value(store, "receive_port").toInt();
-    connection.freespacePort = value(store, "fsp_port", kDefaultFreespacePort).toInt();
-    return connection;
+    return connectionOf(ValueReader(store, ValueReader::First::InUse));
+}
+
+bool hasImportedConnection(const QSettings& store)
+{
+    return hasGroup(store, kImportedNetworkGroup);
+}
+
+ConnectionSettings readImportedConnection(const QSettings& store)
+{
+    return connectionOf(ValueReader(store, ValueReader::First::Imported));
 }
 
 void acceptConnection(QSettings& store, const ConnectionSettings& connection)
 {
     store.beginGroup(kNetworkGroup);
-    store.setValue(QStringLiteral("ecu_ip"), connection.ecuIp);
-    store.setValue(QStringLiteral("ecu_subnet"), connection.ecuSubnet);
-    store.setValue(QStringLiteral("ecu_gateway"), connection.ecuGateway);
-    store.setValue(QStringLiteral("control_port"), connection.controlPort);
-    store.setValue(QStringLiteral("host_ip"), connection.hostIp);
-    store.setValue(QStringLiteral("receive_port"), connection.receivePort);
-    store.setValue(QStringLiteral("fsp_port"), connection.freespacePort);
+    store.setValue(kEcuIp, connection.link.ecuIp);
+    store.setValue(kEcuSubnet, connection.ecuSubnet);
+    store.setValue(kEcuGateway, connection.ecuGateway);
+    store.setValue(kControlPort, int{connection.link.controlPort});
+    store.setValue(kHostIp, connection.hostIp);
+    store.setValue(kReceivePort, int{connection.link.receivePort});
+    store.setValue(kFreespacePort, int{connection.link.freespacePort});
     store.endGroup();
-    if (hasGroup(store, kImportedNetworkGroup))
-        store.remove(kImportedNetworkGroup);
+    forgetImportedConnection(store);
+}
+
+void forgetImportedConnection(QSettings& store)
+{
+    store.remove(kImportedNetworkGroup);
 }
 
 } // namespace settings

@@ -2,27 +2,49 @@
 
 #include <QString>
 
+#include <cstdint>
+
 class QSettings;
 
-/// Both ends of the link as the connection dialog edits them. Addresses are dotted text.
+/// What the link to the ECU is made of.
+struct LinkSettings
+{
+    QString ecuIp;                   ///< dotted; empty when the store has none
+    std::uint16_t controlPort = 0;   ///< of the ECU
+    std::uint16_t receivePort = 0;   ///< of the host: measurement results
+    std::uint16_t freespacePort = 0; ///< of the host: freespace packages; 0 = the ECU sends none
+};
+
+/// What the connection dialog edits: the link, and what the ECU alone needs to know. What the ECU
+/// itself holds is an orv::EcuNetworkSettings.
 struct ConnectionSettings
 {
-    QString ecuIp;
+    LinkSettings link;
     QString ecuSubnet;
     QString ecuGateway;
-    int controlPort = 0;
     QString hostIp;
-    int receivePort = 0;   ///< measurement results
-    int freespacePort = 0; ///< freespace packages; 0 = the ECU sends none
 };
 
 namespace settings {
 
-/// Reads the values of an import that waits to be accepted and, for each one it does not have,
-/// the live one; the live ones alone when no import waits.
+/// Writes what a first start begins with. The freespace port is left to its default.
+void writeDefaultNetwork(QSettings& store);
+
+/// Reads what the program uses. An address that is missing or incomplete is empty; a port that is
+/// missing or no port is its default: 50002 (control), 50001 (measurement results), 50003
+/// (freespace packages).
 ConnectionSettings readConnection(const QSettings& store);
 
-/// Makes the values the live ones and forgets an import.
+/// True when values of a settings file wait to be accepted.
+bool hasImportedConnection(const QSettings& store);
+
+/// Reads the values that wait and, for each that the file did not hold, the one in use.
+ConnectionSettings readImportedConnection(const QSettings& store);
+
+/// Makes the values those in use and forgets what waits.
 void acceptConnection(QSettings& store, const ConnectionSettings& connection);
+
+/// Forgets what waits to be accepted.
+void forgetImportedConnection(QSettings& store);
 
 } // namespace settings

@@ -1,11 +1,14 @@
 #include "app/OrvgConnectionSettingsDialog.h"
 #include "app/OrvgIpControlWidget.h"
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/ConnectionSettings.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
+#include "tests/support/CursorWatchingSocket.h"
 #include "tests/support/LoopbackEcu.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/ScriptedControlSocket.h"
+#include "tests/support/key_batches.h"
+#include "tests/support/modal_dialogs.h"
 #include "tests/support/screenshots.h"
 
 #include <QDialogButtonBox>
@@ -39,6 +42,14 @@ private slots:
     void cleanup();
 
     void opensAtItsSizeWithTheStoredValues();
+    void emptyStoreLeavesTheAddressesEmpty();
+    void typingStartsWithANewAddress();
+    void incompleteAddressCanNeitherBeAcceptedNorTransmitted_data();
+    void incompleteAddressCanNeitherBeAcceptedNorTransmitted();
+    void everyIncompleteAddressIsNamed();
+    void incompleteAddressIsNotStoredInAnyOtherWay();
+    void onePortForBothStreamsIsToldAtOk();
+    void onePortIsEnoughWithoutFreespaces();
     void hasTheTextsOfItsForm();
     void tabGoesFromFieldToField();
     void portsAcceptOneTo65535();
@@ -48,7 +59,7 @@ private slots:
     void cancelKeepsAnImport();
     void dialogAcceptedUnchangedChangesNothing();
     void uncheckedFreespacesAreStoredAsZero();
-    void hostileImportIsShownAsEmptyFields();
+    void hostileImportIsShownAsEmptyFieldsAndDefaultPorts();
 
     void readAsksTheTypedAddressWithoutSavingIt();
     void readFillsEveryField();
@@ -62,6 +73,8 @@ private slots:
     void transmitTellsTheSavedEcuWhateverIsTyped();
     void transmitSendsZeroForUncheckedFreespaces();
     void failedTransmitTellsWhy();
+    void waitCursorIsShownWhileTheEcuIsTalkedTo_data();
+    void waitCursorIsShownWhileTheEcuIsTalkedTo();
 
 private:
     template<typename Widget>
@@ -73,6 +86,10 @@ private:
     }
     void open();
     void click(const char* button) { child<QPushButton>(button)->click(); }
+    QPushButton* ok() const
+    {
+        return child<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Ok);
+    }
     QString address(const char* control) const
     {
         return child<OrvgIpControlWidget>(control)->text();
@@ -91,6 +108,7 @@ private:
 void TestConnectionDialog::init()
 {
     const QString file = mFolder.filePath(QStringLiteral("store.ini"));
+    mStore.reset();
     QFile::remove(file);
     mStore = std::make_unique<QSettings>(file, QSettings::IniFormat);
     settings::writeDefaultNetwork(*mStore);
@@ -126,6 +144,110 @@ void TestConnectionDialog::opensAtItsSizeWithTheStoredValues()
     QCOMPARE(port("mFreespacesPort"), 50003);
     QVERIFY(child<QGroupBox>("mFreespacesGB")->isChecked());
     saveScreenshot(*mDialog, QStringLiteral("connection-settings"));
+}
+
+void TestConnectionDialog::emptyStoreLeavesTheAddressesEmpty()
+{
+    mStore->clear();
+    open();
+    for (const char* control : {"ecuIpControl", "subnetControl", "gatewayControl", "hostIpControl"})
+        QCOMPARE(address(control), QStringLiteral("..."));
+    QVERIFY(!ok()->isEnabled());
+    QCOMPARE(port("controlPort"), 50002);
+    QCOMPARE(port("mReceivingPort"), 50001);
+    QCOMPARE(port("mFreespacesPort"), 50003);
+    QVERIFY(child<QGroupBox>("mFreespacesGB")->isChecked());
+}
+
+void TestConnectionDialog::typingStartsWithANewAddress()
+{
+    mStore->setValue(QStringLiteral("network/ecu_ip"), QStringLiteral("127.0.0.1"));
+    open();
+    typeAtOnce(mDialog->windowHandle(), QStringLiteral("192.168.1.5"));
+    QCOMPARE(address("ecuIpControl"), QStringLiteral("192.168.1.5"));
+    QCOMPARE(address("subnetControl"), QStringLiteral("255.255.255.0"));
+}
+
+void TestConnectionDialog::incompleteAddressCanNeitherBeAcceptedNorTransmitted_data()
+{
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<int>("octet");
+    QTest::addColumn<QString>("toolTip");
+
+    QTest::newRow("ECU") << "ecuIpControl" << 0 << "Still wanted: ECU IP address";
+    QTest::newRow("subnet") << "subnetControl" << 1 << "Still wanted: ECU subnet mask";
+    QTest::newRow("gateway") << "gatewayControl" << 2 << "Still wanted: ECU default gateway";
+    QTest::newRow("host") << "hostIpControl" << 3 << "Still wanted: Host IP address";
+}
+
+void TestConnectionDialog::incompleteAddressCanNeitherBeAcceptedNorTransmitted()
+{
+    QFETCH(QString, control);
+    QFETCH(int, octet);
+    open();
+    QVERIFY(ok()->isEnabled() && child<QPushButton>("transmitButton")->isEnabled());
+    QCOMPARE(ok()->toolTip(), QString());
+    QLineEdit* field = mDialog->findChild<QWidget*>(control)->findChildren<QLineEdit*>().at(octet);
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Delete);
+    QVERIFY(!ok()->isEnabled());
+    QVERIFY(!child<QPushButton>("transmitButton")->isEnabled());
+    QTEST(ok()->toolTip(), "toolTip");
+    QVERIFY(child<QPushButton>("readButton")->isEnabled());
+    QTest::keyClick(field, Qt::Key_7);
+    QVERIFY(ok()->isEnabled() && child<QPushButton>("transmitButton")->isEnabled());
+    QCOMPARE(ok()->toolTip(), QString());
+}
+
+void TestConnectionDialog::everyIncompleteAddressIsNamed()
+{
+    mStore->remove(QStringLiteral("network/ecu_ip"));
+    mStore->setValue(QStringLiteral("network/host_ip"), QStringLiteral("192..1.5"));
+    open();
+    QVERIFY(!ok()->isEnabled());
+    QVERIFY(!child<QPushButton>("transmitButton")->isEnabled());
+    QCOMPARE(ok()->toolTip(), QStringLiteral("Still wanted: ECU IP address, Host IP address"));
+}
+
+void TestConnectionDialog::incompleteAddressIsNotStoredInAnyOtherWay()
+{
+    open();
+    child<OrvgIpControlWidget>("hostIpControl")->setText(QStringLiteral("192.168.1"));
+    QTest::keyClick(child<QSpinBox>("controlPort"), Qt::Key_Return);
+    mDialog->accept();
+    QVERIFY(mDialog->isVisible());
+    QCOMPARE(stored("network/host_ip").toString(), QStringLiteral("192.168.1.5"));
+}
+
+void TestConnectionDialog::onePortForBothStreamsIsToldAtOk()
+{
+    open();
+    child<QSpinBox>("mFreespacesPort")->setValue(50001);
+    const MessageBoxWatcher watcher;
+    ok()->click();
+    QCOMPARE(watcher.boxes().size(), 1);
+    QCOMPARE(watcher.boxes().first().icon, QMessageBox::Warning);
+    QCOMPARE(watcher.boxes().first().title, QStringLiteral("Connection Settings"));
+    QCOMPARE(watcher.boxes().first().text,
+             QStringLiteral("Signals and freespaces cannot both be received on port 50001.\n"
+                            "Please choose another port for one of them."));
+    QVERIFY(mDialog->isVisible());
+    QVERIFY(!mStore->contains(QStringLiteral("network/fsp_port")));
+    child<QSpinBox>("mFreespacesPort")->setValue(50002);
+    ok()->click();
+    QCOMPARE(mDialog->result(), int(QDialog::Accepted));
+    QCOMPARE(stored("network/fsp_port").toInt(), 50002);
+    QCOMPARE(watcher.boxes().size(), 1);
+}
+
+void TestConnectionDialog::onePortIsEnoughWithoutFreespaces()
+{
+    open();
+    child<QSpinBox>("mFreespacesPort")->setValue(50001);
+    child<QGroupBox>("mFreespacesGB")->setChecked(false);
+    ok()->click();
+    QCOMPARE(mDialog->result(), int(QDialog::Accepted));
 }
 
 void TestConnectionDialog::hasTheTextsOfItsForm()
@@ -233,15 +355,15 @@ void TestConnectionDialog::uncheckedFreespacesAreStoredAsZero()
     QCOMPARE(stored("network/fsp_port"), QVariant(0));
 }
 
-void TestConnectionDialog::hostileImportIsShownAsEmptyFields()
+void TestConnectionDialog::hostileImportIsShownAsEmptyFieldsAndDefaultPorts()
 {
     mStore->setValue(QStringLiteral("network_imported/ecu_ip"), QStringLiteral("999.-1.x.0x7f"));
     mStore->setValue(QStringLiteral("network_imported/control_port"), QStringLiteral("70000"));
     mStore->setValue(QStringLiteral("network_imported/receive_port"), QStringLiteral("port"));
     open();
     QCOMPARE(address("ecuIpControl"), QStringLiteral("..."));
-    QCOMPARE(port("controlPort"), 65535);
-    QCOMPARE(port("mReceivingPort"), 1);
+    QCOMPARE(port("controlPort"), 50002);
+    QCOMPARE(port("mReceivingPort"), 50001);
 }
 
 void TestConnectionDialog::readAsksTheTypedAddressWithoutSavingIt()
@@ -410,6 +532,31 @@ void TestConnectionDialog::failedTransmitTellsWhy()
     QCOMPARE(watcher.boxes().first().title, QStringLiteral("Communication error"));
     QCOMPARE(watcher.boxes().first().text, QStringLiteral("ECU error (5)"));
     QVERIFY(mDialog->isVisible());
+}
+
+void TestConnectionDialog::waitCursorIsShownWhileTheEcuIsTalkedTo_data()
+{
+    QTest::addColumn<QByteArray>("button");
+
+    QTest::newRow("read") << QByteArray("readButton");
+    QTest::newRow("transmit") << QByteArray("transmitButton");
+}
+
+void TestConnectionDialog::waitCursorIsShownWhileTheEcuIsTalkedTo()
+{
+    QFETCH(QByteArray, button);
+    CursorWatchingSocket socket;
+    mClient->setSocket(&socket);
+    open();
+    bool isBoxWithoutWaitCursor = false;
+    whenOpened<QMessageBox>(this, [&](QMessageBox& box) {
+        isBoxWithoutWaitCursor = !QApplication::overrideCursor();
+        box.accept();
+    });
+    click(button);
+    QCOMPARE(socket.hadWaitCursor, std::vector<bool>{true});
+    QVERIFY(isBoxWithoutWaitCursor);
+    QVERIFY(!QApplication::overrideCursor());
 }
 
 QTEST_MAIN(TestConnectionDialog)

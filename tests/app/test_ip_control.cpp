@@ -1,5 +1,6 @@
 #include "app/IPItemValidator.h"
 #include "app/OrvgIpControlWidget.h"
+#include "tests/support/key_batches.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -28,6 +29,12 @@ private slots:
     void threeDigitsFitIntoEachField();
     void typingAnAddressFillsAllFourFields_data();
     void typingAnAddressFillsAllFourFields();
+    void keysFasterThanTheProgramAreAllTyped_data();
+    void keysFasterThanTheProgramAreAllTyped();
+    void keyForAFieldGoesThereOnceTheFocusHasSettled();
+    void digitMeetingAFullOctetGoesOnFirst();
+    void keyThatTypesNothingNeverMovesOn_data();
+    void keyThatTypesNothingNeverMovesOn();
     void dotAfterTheAutomaticMoveIsSwallowedOnce();
     void dotAfterTheAutomaticMoveAndAnotherKeyMovesOn();
     void shiftForTheDotDoesNotUndoTheSwallowing();
@@ -196,6 +203,97 @@ void TestIpControl::typingAnAddressFillsAllFourFields()
     QFETCH(QString, typed);
     type(typed);
     QTEST(mControl->text(), "expected");
+}
+
+void TestIpControl::keysFasterThanTheProgramAreAllTyped_data()
+{
+    QTest::addColumn<bool>("toTheWindow");
+    QTest::addColumn<QString>("former");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("expected");
+
+    for (const bool toTheWindow : {true, false}) {
+        const char* receiver = toTheWindow ? "window" : "field";
+        QTest::addRow("without dots, %s", receiver) << toTheWindow << ""
+                                                    << "192168100200"
+                                                    << "192.168.100.200";
+        QTest::addRow("with dots, %s", receiver) << toTheWindow << ""
+                                                 << "192.168.1.5"
+                                                 << "192.168.1.5";
+        QTest::addRow("some dots, %s", receiver) << toTheWindow << ""
+                                                 << "1921681.5"
+                                                 << "192.168.1.5";
+        QTest::addRow("short octets, %s", receiver) << toTheWindow << ""
+                                                    << "10.0.0.1"
+                                                    << "10.0.0.1";
+        QTest::addRow("over another address, %s", receiver) << toTheWindow << "127.127.127.127"
+                                                            << "192168100200"
+                                                            << "192.168.100.200";
+        QTest::addRow("shorter over another address, %s", receiver)
+            << toTheWindow << "255.255.255.255"
+            << "10.0.0.1"
+            << "10.0.0.1";
+    }
+}
+
+void TestIpControl::keysFasterThanTheProgramAreAllTyped()
+{
+    QFETCH(bool, toTheWindow);
+    QFETCH(QString, former);
+    QFETCH(QString, typed);
+    mControl->setText(former);
+    field(1)->selectAll();
+    QObject* receiver = QApplication::focusWidget();
+    if (toTheWindow)
+        receiver = mWindow->windowHandle();
+    typeAtOnce(receiver, typed);
+    QTEST(mControl->text(), "expected");
+    QCOMPARE(focusedField(), 4);
+}
+
+void TestIpControl::keyForAFieldGoesThereOnceTheFocusHasSettled()
+{
+    type(QStringLiteral("10."));
+    QCOMPARE(focusedField(), 2);
+    QTest::keyClick(field(4), '7');
+    QCOMPARE(mControl->text(), QStringLiteral("10...7"));
+}
+
+void TestIpControl::digitMeetingAFullOctetGoesOnFirst()
+{
+    mControl->setText(QStringLiteral("192.168.1.5"));
+    putCursor(1, 3);
+    QTest::keyClick(field(1), '7');
+    QCOMPARE(mControl->text(), QStringLiteral("192.7.1.5"));
+    QCOMPARE(focusedField(), 2);
+    putCursor(4, 1);
+    type(QStringLiteral("678"));
+    QCOMPARE(mControl->text(), QStringLiteral("192.7.1.56"));
+}
+
+void TestIpControl::keyThatTypesNothingNeverMovesOn_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+
+    QTest::newRow("Shift") << Qt::Key_Shift;
+    QTest::newRow("Control") << Qt::Key_Control;
+    QTest::newRow("Alt") << Qt::Key_Alt;
+    QTest::newRow("End") << Qt::Key_End;
+    QTest::newRow("Up") << Qt::Key_Up;
+    QTest::newRow("Down") << Qt::Key_Down;
+    QTest::newRow("F1") << Qt::Key_F1;
+    QTest::newRow("Caps Lock") << Qt::Key_CapsLock;
+}
+
+void TestIpControl::keyThatTypesNothingNeverMovesOn()
+{
+    QFETCH(Qt::Key, key);
+    mControl->setText(QStringLiteral("192.168.100.200"));
+    putCursor(1, 3);
+    press(key);
+    QCOMPARE(focusedField(), 1);
+    QCOMPARE(field(1)->cursorPosition(), 3);
+    QCOMPARE(mControl->text(), QStringLiteral("192.168.100.200"));
 }
 
 void TestIpControl::dotAfterTheAutomaticMoveIsSwallowedOnce()

@@ -1,7 +1,9 @@
 #include "app/TarvioWindow.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/TemporaryProfile.h"
+#include "views/freespace/OrvgFreespacesView.h"
 #include "views/live/OrvgLiveView.h"
+#include "views/thresholds/OrvgThresholdView.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -36,6 +38,8 @@ private slots:
     void firstStartPutsTheThresholdDockInFront();
     void dockLayoutSurvivesARestart();
     void viewStatesAreSavedOnClose();
+    void closingWritesTheStoreAtOnce();
+    void viewStatesSurviveARestart();
     void importedNetworkIsGoneAfterTheClose();
     void importedNetworkWithoutACloseStays();
     void junkInTheStoreIsAFirstStart_data();
@@ -269,6 +273,54 @@ void TestMainWindow::viewStatesAreSavedOnClose()
     shownWindow()->close();
     QCOMPARE(mProfile->keys("main_window"),
              QStringList({"freespaces_view", "geometry", "live_view", "state", "thresholds_view"}));
+}
+
+// Before the event loop runs again and while the window still lives: whoever ends the program now
+// loses nothing.
+void TestMainWindow::closingWritesTheStoreAtOnce()
+{
+    // Another store on the same file would write what waits in the first.
+    QFile file(mProfile->fileName());
+    const auto window = shownWindow();
+    window->close();
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray content = file.readAll();
+    for (const char* key :
+         {"geometry=", "state=", "live_view=", "freespaces_view=", "thresholds_view="})
+        QVERIFY2(content.contains(QByteArray("\n") + key), key);
+}
+
+void TestMainWindow::viewStatesSurviveARestart()
+{
+    const auto sizesIn = [](const TarvioWindow& window) {
+        QMap<QString, QList<int>> sizes;
+        for (const QWidget* view : {static_cast<QWidget*>(window.findChild<OrvgLiveView*>()),
+                                    static_cast<QWidget*>(window.findChild<OrvgFreespacesView*>()),
+                                    static_cast<QWidget*>(window.findChild<OrvgThresholdView*>())})
+            sizes[view->metaObject()->className()] = view->findChild<QSplitter*>()->sizes();
+        return sizes;
+    };
+    QMap<QString, QList<int>> first;
+    QMap<QString, QList<int>> saved;
+    {
+        const auto window = shownWindow();
+        window->resize(1074, 707);
+        window->resizeDocks({window->findChild<QDockWidget*>("thresholdDock")}, {400},
+                            Qt::Vertical);
+        QCoreApplication::processEvents();
+        first = sizesIn(*window);
+        for (auto* splitter : window->findChildren<QSplitter*>()) {
+            const QList<int> sizes = splitter->sizes();
+            splitter->setSizes({sizes.first() - 25, sizes.last() + 25});
+        }
+        saved = sizesIn(*window);
+        window->close();
+    }
+    const auto window = shownWindow();
+    for (auto view = saved.cbegin(); view != saved.cend(); ++view) {
+        QVERIFY2(view.value() != first[view.key()], qPrintable(view.key()));
+        QCOMPARE(sizesIn(*window)[view.key()], view.value());
+    }
 }
 
 void TestMainWindow::importedNetworkIsGoneAfterTheClose()

@@ -21,6 +21,7 @@ private slots:
     void cleanup() { mDialog.reset(); }
 
     void hasTheTextsOfItsForm();
+    void carriesTheIconOfTheProgram();
     void opensWithNothingToAccept();
     void completeFileTicksAllButTheNetwork();
     void fileWithoutNetworkDisablesItsBox();
@@ -79,6 +80,20 @@ void TestOpenSettingsDialog::hasTheTextsOfItsForm()
     QCOMPARE(box("mMseqCb")->text(), QStringLiteral("Measurement sequence"));
     QCOMPARE(box("mThresholdsCb")->text(), QStringLiteral("Sensor thresholds"));
     QCOMPARE(box("mPositionsCb")->text(), QStringLiteral("Sensor mount positions"));
+}
+
+void TestOpenSettingsDialog::carriesTheIconOfTheProgram()
+{
+    const QImage wave = QIcon(QStringLiteral(":/icons/icons/wave.png")).pixmap(32).toImage();
+    QVERIFY(!wave.isNull());
+    QCOMPARE(mDialog->windowIcon().pixmap(32).toImage(), wave);
+    QImage iconOfTheFileDialog;
+    whenOpened<QFileDialog>(this, [&iconOfTheFileDialog](QFileDialog& dialog) {
+        iconOfTheFileDialog = dialog.windowIcon().pixmap(32).toImage();
+        dialog.reject();
+    });
+    browse()->click();
+    QCOMPARE(iconOfTheFileDialog, wave);
 }
 
 void TestOpenSettingsDialog::opensWithNothingToAccept()

@@ -12,6 +12,9 @@ private slots:
     void storeWithoutStateRestoresNothing();
     void partsComeBackInTheOrderTheyWereAdded();
     void partWhoseKeyIsMissingIsLeftAlone();
+    void partThatIsNotSoundIsLeftAlone();
+    void valueOfAnotherTypeIsLeftAlone_data();
+    void valueOfAnotherTypeIsLeftAlone();
 };
 
 namespace {
@@ -20,11 +23,15 @@ struct Recorder
 {
     QStringList restored;
 
-    WindowState::Restore remember(const QString& name)
+    WindowState::Part part(const QString& key, const QByteArray& saved)
     {
-        return [this, name](const QByteArray& bytes) {
-            restored << name + '=' + QString::fromLatin1(bytes);
-        };
+        return {.key = key,
+                .save = [saved] { return saved; },
+                .isSound = [](const QByteArray& state) { return !state.startsWith("damaged"); },
+                .restore =
+                    [this, key](const QByteArray& bytes) {
+                        restored << key + '=' + QString::fromLatin1(bytes);
+                    }};
     }
 };
 
@@ -41,9 +48,8 @@ void TestWindowState::storeWithoutStateRestoresNothing()
     QSettings store = openStore();
     Recorder recorder;
     WindowState state;
-    state.add(
-        "geometry", [] { return QByteArray("g"); }, recorder.remember("geometry"));
-    QVERIFY(!state.restore(store));
+    state.add(recorder.part("geometry", "g"));
+    state.restore(store);
     QVERIFY(recorder.restored.isEmpty());
 }
 
@@ -53,12 +59,10 @@ void TestWindowState::partsComeBackInTheOrderTheyWereAdded()
     QSettings store = openStore();
     Recorder recorder;
     WindowState state;
-    state.add(
-        "geometry", [] { return QByteArray("g"); }, recorder.remember("geometry"));
-    state.add(
-        "docks", [] { return QByteArray("d"); }, recorder.remember("docks"));
+    state.add(recorder.part("geometry", "g"));
+    state.add(recorder.part("docks", "d"));
     state.save(store);
-    QVERIFY(state.restore(store));
+    state.restore(store);
     QCOMPARE(recorder.restored, QStringList({"geometry=g", "docks=d"}));
 }
 
@@ -69,12 +73,47 @@ void TestWindowState::partWhoseKeyIsMissingIsLeftAlone()
     QSettings store = openStore();
     Recorder recorder;
     WindowState state;
-    state.add(
-        "geometry", [] { return QByteArray(); }, recorder.remember("geometry"));
-    state.add(
-        "docks", [] { return QByteArray(); }, recorder.remember("docks"));
-    QVERIFY(state.restore(store));
+    state.add(recorder.part("geometry", {}));
+    state.add(recorder.part("docks", {}));
+    state.restore(store);
     QCOMPARE(recorder.restored, QStringList({"geometry=g"}));
+}
+
+void TestWindowState::partThatIsNotSoundIsLeftAlone()
+{
+    TemporaryProfile profile;
+    profile.setValue("main_window/geometry", QByteArray("damaged"));
+    profile.setValue("main_window/docks", QByteArray("d"));
+    QSettings store = openStore();
+    Recorder recorder;
+    WindowState state;
+    state.add(recorder.part("geometry", {}));
+    state.add(recorder.part("docks", {}));
+    state.restore(store);
+    QCOMPARE(recorder.restored, QStringList({"docks=d"}));
+}
+
+void TestWindowState::valueOfAnotherTypeIsLeftAlone_data()
+{
+    QTest::addColumn<QVariant>("value");
+
+    QTest::newRow("list") << QVariant(QStringList{"g", "h"});
+    QTest::newRow("map") << QVariant(QVariantMap{{"g", 1}});
+    QTest::newRow("nothing") << QVariant(QByteArray());
+    QTest::newRow("size") << QVariant(QSize(3, 4));
+}
+
+void TestWindowState::valueOfAnotherTypeIsLeftAlone()
+{
+    QFETCH(QVariant, value);
+    TemporaryProfile profile;
+    profile.setValue("main_window/geometry", value);
+    QSettings store = openStore();
+    Recorder recorder;
+    WindowState state;
+    state.add(recorder.part("geometry", {}));
+    state.restore(store);
+    QVERIFY(recorder.restored.isEmpty());
 }
 
 QTEST_MAIN(TestWindowState)

@@ -20,6 +20,9 @@ void TemporaryProfile::setNetwork(std::uint16_t controlPort, std::uint16_t recei
                                   std::uint16_t fspPort)
 {
     setValue(QStringLiteral("network/ecu_ip"), QStringLiteral("127.0.0.1"));
+    setValue(QStringLiteral("network/ecu_subnet"), QStringLiteral("255.0.0.0"));
+    setValue(QStringLiteral("network/ecu_gateway"), QStringLiteral("127.0.0.1"));
+    setValue(QStringLiteral("network/host_ip"), QStringLiteral("127.0.0.1"));
     setValue(QStringLiteral("network/control_port"), controlPort);
     setValue(QStringLiteral("network/receive_port"), receivePort);
     setValue(QStringLiteral("network/fsp_port"), fspPort);

@@ -1,5 +1,5 @@
 #include "ecu/configuration/NetworkSection.h"
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/ConnectionSettings.h"
 
 #include <QBuffer>
 #include <QSettings>
@@ -85,7 +85,7 @@ void TestNetworkSection::liveGroupStaysAsItIs()
 {
     settings::writeDefaultNetwork(*mStore);
     QVERIFY(import("<ecu_ip>10.0.0.7</ecu_ip>"));
-    QCOMPARE(settings::readNetwork(*mStore).ecuIp, QStringLiteral("192.168.1.3"));
+    QCOMPARE(settings::readConnection(*mStore).link.ecuIp, QStringLiteral("192.168.1.3"));
 }
 
 void TestNetworkSection::hostileSectionDoesNotFillTheStore()

@@ -1,4 +1,5 @@
 #include "ecu/configuration/SettingsFile.h"
+#include "ecu/configuration/settings_text.h"
 
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
@@ -13,6 +14,25 @@ QByteArray document(const QByteArray& sections)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><!DOCTYPE tarvio><OrvgProject>" + sections +
            "</OrvgProject>";
+}
+
+/// The pattern as many times, with a number in the place of %1.
+QByteArray numbered(int count, const QString& pattern)
+{
+    QByteArray text;
+    for (int number = 0; number < count; ++number)
+        text += pattern.arg(QString::number(number, 36)).toUtf8();
+    return text;
+}
+
+/// All that this process has read from files so far.
+qint64 bytesReadSoFar()
+{
+    QFile counters(QStringLiteral("/proc/self/io"));
+    if (!counters.open(QIODevice::ReadOnly))
+        qFatal("nothing tells how much is read");
+    const QByteArray first = counters.readLine();
+    return first.mid(first.indexOf(' ') + 1).trimmed().toLongLong();
 }
 
 long peakMemoryKb()
@@ -46,11 +66,21 @@ private slots:
     void knownErrorsComeWithTheAbort();
     void brokenXmlAfterASectionEndsTheImport();
     void brokenSectionIsNotReadAtAll();
+    void fileThatDoesNotEndWithItsRootIsTold_data();
+    void fileThatDoesNotEndWithItsRootIsTold();
+    void whatMayStandBehindTheRootIsNoFault();
+    void bytesThatAreNoTextEndTheImport_data();
+    void bytesThatAreNoTextEndTheImport();
+    void moreSectionsThanAnyFileHasEndTheImport();
     void elementInsideATextIsTheSectionsError();
     void namesTheSectionsOfAFile_data();
     void namesTheSectionsOfAFile();
     void hostileFileIsRefusedInBoundedTimeAndMemory_data();
     void hostileFileIsRefusedInBoundedTimeAndMemory();
+    void oneAttributeMoreThanAreTakenIsTooMany();
+    void longFileIsNotReadToItsEnd_data();
+    void longFileIsNotReadToItsEnd();
+    void longestFileIsReadWhole();
     void longNamesAreCutInTheMessage();
     void deviceIsNoSettingsFile();
 
@@ -252,6 +282,74 @@ void TestSettingsFile::brokenSectionIsNotReadAtAll()
     QCOMPARE(mRead, QStringList({"a"}));
 }
 
+void TestSettingsFile::fileThatDoesNotEndWithItsRootIsTold_data()
+{
+    QTest::addColumn<QByteArray>("behind");
+    QTest::addColumn<QString>("abortText");
+
+    const QString extra = "Extra content at end of document.";
+    QTest::newRow("a second root") << QByteArray("<OrvgProject/>") << extra;
+    QTest::newRow("a second file")
+        << document("<First>b</First>") << "XML declaration not at start of document.";
+    QTest::newRow("text") << QByteArray("\nrest of a longer file") << extra;
+    QTest::newRow("zeros") << QByteArray(100, '\0') << extra;
+    QTest::newRow("an open tag") << QByteArray("<") << "Premature end of document.";
+}
+
+void TestSettingsFile::fileThatDoesNotEndWithItsRootIsTold()
+{
+    QFETCH(QByteArray, behind);
+    const ImportReport report = import(document("<First>a</First>") + behind);
+    QTEST(report.abortText, "abortText");
+    QCOMPARE(report.sectionErrors, QString());
+    QCOMPARE(mRead, QStringList({"a"}));
+}
+
+void TestSettingsFile::whatMayStandBehindTheRootIsNoFault()
+{
+    QVERIFY(import(document("<First>a</First>") + "\n\n<!-- checked -->\n<?note?>\n").isComplete());
+}
+
+void TestSettingsFile::bytesThatAreNoTextEndTheImport_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QStringList>("read");
+
+    QTest::newRow("in a section") << document("<First>a</First><Second><Item>\xFF</Item></Second>")
+                                  << QStringList{"a"};
+    QTest::newRow("in a name") << document("<First>a</First><Sec\xC3ond/>") << QStringList{"a"};
+    QTest::newRow("behind the root") << document("<First>a</First>") + "\xFE" << QStringList{"a"};
+    QTest::newRow("cut short at the end")
+        << document("<First>a</First>") + "\xE2\x82" << QStringList{"a"};
+    QTest::newRow("another encoding")
+        << QByteArray("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><OrvgProject><First>\xE4"
+                      "</First></OrvgProject>")
+        << QStringList();
+}
+
+void TestSettingsFile::bytesThatAreNoTextEndTheImport()
+{
+    QFETCH(QByteArray, content);
+    const ImportReport report = import(content);
+    QVERIFY(!report.abortText.isEmpty());
+    QTEST(mRead, "read");
+}
+
+void TestSettingsFile::moreSectionsThanAnyFileHasEndTheImport()
+{
+    const QByteArray section("<First>a</First>");
+    QVERIFY(import(document(section.repeated(16))).isComplete());
+    QCOMPARE(mRead.size(), 16);
+    const ImportReport report = import(document(section.repeated(50'000)));
+    QCOMPARE(report.abortText, QStringLiteral("invalid xml file"));
+    QCOMPARE(mRead.size(), 32);
+    QCOMPARE(SettingsFile::sectionsOf(fileWith(document(section.repeated(50'000)))).size(), 16);
+    // A message of megabytes would hold the window for minutes.
+    const ImportReport failed =
+        import(document(QByteArray("<Second><x/></Second>").repeated(9999)));
+    QVERIFY(failed.sectionErrors.size() < 1000);
+}
+
 void TestSettingsFile::elementInsideATextIsTheSectionsError()
 {
     const ImportReport report =
@@ -302,10 +400,19 @@ void TestSettingsFile::hostileFileIsRefusedInBoundedTimeAndMemory_data()
         << "<!DOCTYPE tarvio [<!ENTITY % x \"" + blank + "\">" +
                QByteArray("%x;").repeated(300000) + "]><OrvgProject/>"
         << false;
-    QTest::newRow("100 MB") << document("<First>" + QByteArray(100'000'000, 'A') + "</First>")
-                            << false;
-    QTest::newRow("100 MB of nesting")
-        << "<OrvgProject>" + QByteArray("<a>").repeated(33'000'000) << false;
+    QTest::newRow("90,000 attributes")
+        << document("<First" + numbered(90'000, " a%1=''") + "/>") << false;
+    QTest::newRow("attributes with blanks around the sign")
+        << document("<First" + numbered(50'000, " a%1 = \n''") + "/>") << false;
+    QTest::newRow("a namespace in each of many nested elements")
+        << "<OrvgProject><First>" + numbered(50'000, "<a xmlns:n%1='u'>") << false;
+    QTest::newRow("declared attributes in each of many elements")
+        << "<!DOCTYPE tarvio [" + numbered(300, "<!ATTLIST a b%1 CDATA 'x'>") +
+               "]><OrvgProject><First>" + QByteArray("<a/>").repeated(200'000) +
+               "</First></OrvgProject>"
+        << false;
+    QTest::newRow("as many attributes as are taken")
+        << "<OrvgProject><First" + numbered(512, " a%1=''") + ">" << true;
     QTest::newRow("nesting to the largest size")
         << "<OrvgProject><First>" + QByteArray("<a>").repeated(340'000) << true;
 }
@@ -323,6 +430,49 @@ void TestSettingsFile::hostileFileIsRefusedInBoundedTimeAndMemory()
                                               : QStringLiteral("invalid xml file"));
     QVERIFY(mRead.isEmpty());
     QCOMPARE(SettingsFile::sectionsOf(fileName).isEmpty(), !isSettingsFile);
+}
+
+void TestSettingsFile::oneAttributeMoreThanAreTakenIsTooMany()
+{
+    const QByteArray behind("><Second/></OrvgProject>");
+    QVERIFY(import("<OrvgProject" + numbered(512, " a%1=''") + behind).isComplete());
+    QCOMPARE(import("<OrvgProject" + numbered(513, " a%1=''") + behind).abortText,
+             QStringLiteral("invalid xml file"));
+}
+
+void TestSettingsFile::longFileIsNotReadToItsEnd_data()
+{
+    QTest::addColumn<qint64>("size");
+
+    QTest::newRow("one byte too long") << kMaxSettingsFileSize + 1;
+    QTest::newRow("100 MB") << qint64{100'000'000};
+    QTest::newRow("100 GB") << qint64{100'000'000'000};
+}
+
+// What is read counts, not how long it takes: the file is a hole on the disk.
+void TestSettingsFile::longFileIsNotReadToItsEnd()
+{
+    QFETCH(qint64, size);
+    const QString fileName = fileWith("<OrvgProject><First>a</First>");
+    QVERIFY(QFile::resize(fileName, size));
+    const long memoryBefore = peakMemoryKb();
+    const qint64 readBefore = bytesReadSoFar();
+    const ImportReport report = settingsFile().read(fileName, [](const QString&) { return true; });
+    QCOMPARE(report.abortText, QStringLiteral("invalid xml file"));
+    QCOMPARE(SettingsFile::sectionsOf(fileName), QStringList());
+    QVERIFY(mRead.isEmpty());
+    QVERIFY2(bytesReadSoFar() - readBefore < 3 * kMaxSettingsFileSize,
+             qPrintable(QString::number(bytesReadSoFar() - readBefore)));
+    QVERIFY(peakMemoryKb() - memoryBefore < 50'000);
+}
+
+void TestSettingsFile::longestFileIsReadWhole()
+{
+    const QByteArray head("<OrvgProject><First>a</First><!--");
+    const QByteArray tail("--></OrvgProject>");
+    const int filler = int(kMaxSettingsFileSize) - head.size() - tail.size();
+    QVERIFY(import(head + QByteArray(filler, 'x') + tail).isComplete());
+    QCOMPARE(mRead, QStringList{"a"});
 }
 
 void TestSettingsFile::longNamesAreCutInTheMessage()

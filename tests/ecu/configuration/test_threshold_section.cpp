@@ -124,7 +124,6 @@ private slots:
         const Reading reading(elements);
         QVERIFY(!reading.success);
         QTEST(reading.error, "error");
-        QCOMPARE(reading.next, QString("Next"));
     }
 };
 

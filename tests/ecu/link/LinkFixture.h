@@ -2,7 +2,7 @@
 
 #include "ecu/link/EcuLink.h"
 #include "ecu/link/LinkSupervisor.h"
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/ConnectionSettings.h"
 #include "tests/support/LoopbackEcu.h"
 #include "tests/support/TestClock.h"
 
@@ -27,10 +27,7 @@ public:
         supervisor = std::make_unique<LinkSupervisor>(*link);
     }
 
-    NetworkSettings network() const
-    {
-        return {"127.0.0.1", ecu.port(), receivePort, freespacePort};
-    }
+    LinkSettings network() const { return {"127.0.0.1", ecu.port(), receivePort, freespacePort}; }
 
     void answer()
     {

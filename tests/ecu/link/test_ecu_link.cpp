@@ -1,5 +1,5 @@
 #include "ecu/link/EcuLink.h"
-#include "ecu/store/NetworkSettings.h"
+#include "ecu/store/ConnectionSettings.h"
 #include "tests/support/LoopbackEcu.h"
 #include "tests/support/OpenDescriptors.h"
 
@@ -34,7 +34,7 @@ private slots:
     void reconnectMovesAllThreeSockets();
 
 private:
-    NetworkSettings network() const;
+    LinkSettings network() const;
 
     std::unique_ptr<LoopbackEcu> mEcu;
     std::uint16_t mReceivePort = 0;
@@ -60,7 +60,7 @@ void TestEcuLink::cleanup()
     mEcu.reset();
 }
 
-NetworkSettings TestEcuLink::network() const
+LinkSettings TestEcuLink::network() const
 {
     return {"127.0.0.1", mEcu->port(), mReceivePort, mFreespacePort};
 }
