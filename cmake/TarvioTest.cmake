@@ -12,6 +12,8 @@ function(tarvio_test_environment name)
     XDG_CONFIG_HOME=${profile}
     XDG_RUNTIME_DIR=${profile}
     HOME=${profile}
+    # As without a sanitizer: what no memory could hold is refused, and the program goes on.
+    ASAN_OPTIONS=allocator_may_return_null=1
     TSAN_OPTIONS=suppressions=${suppressions}/tsan-suppressions.txt
     LSAN_OPTIONS=suppressions=${suppressions}/lsan-suppressions.txt:print_suppressions=0
     ${ARGN})

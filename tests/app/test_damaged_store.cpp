@@ -251,7 +251,8 @@ void TestDamagedStore::valueOfAnotherKindIsLeftAlone_data()
     QTest::newRow("list") << QVariant(QStringList{"a", "b"});
     QTest::newRow("map") << QVariant(QVariantMap{{"a", 1}});
     QTest::newRow("text of a megabyte") << QVariant(QString(1'000'000, 'x'));
-    QTest::newRow("bytes of a megabyte") << QVariant(QByteArray(1'000'000, '\xff'));
+    // Qt takes each byte of them a step to write, and a sanitizer copies all at each step.
+    QTest::newRow("many bytes") << QVariant(QByteArray(50'000, '\xff'));
 }
 
 void TestDamagedStore::valueOfAnotherKindIsLeftAlone()
