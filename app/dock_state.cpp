@@ -63,10 +63,10 @@ private:
     bool passToolBar();
     bool passToolBarRect();
 
-    bool isOnDesktop(const QRect& rect) const
+    bool fitsOnDesktop(const QRect& rect) const
     {
         return rect.isValid() && rect.width() <= mDesktop.width() &&
-               rect.height() <= mDesktop.height() && mDesktop.contains(rect.center());
+               rect.height() <= mDesktop.height();
     }
 
     /// Passes over as many parts as the next number says.
@@ -134,6 +134,8 @@ bool DockStateCheck::passDock()
     return (flags & kDockFloating) != 0 ? passFloatingRect() : passDockedPlace();
 }
 
+// Wherever it is, on a screen that is gone for one: Qt moves a dock onto a screen that is there,
+// but no tool bar.
 bool DockStateCheck::passFloatingRect()
 {
     const auto x = mReader.next<qint32>();
@@ -142,7 +144,7 @@ bool DockStateCheck::passFloatingRect()
     const auto height = mReader.next<qint32>();
     const auto isExtent = [](qint32 value) { return value >= -kMaxExtent && value <= kMaxExtent; };
     return isExtent(x) && isExtent(y) && isExtent(width) && isExtent(height) &&
-           isOnDesktop({x, y, width, height});
+           fitsOnDesktop({x, y, width, height});
 }
 
 // Position and size along the area; Qt asks the dock itself for the smallest and the largest size.
@@ -208,7 +210,7 @@ bool DockStateCheck::passToolBarRect()
     horizontal >>= 1;
     const QRect rect(int(horizontal & kMask) - kShift, int(vertical & kMask) - kShift,
                      int(horizontal >> 16), int(vertical >> 16));
-    return isOnDesktop(rect);
+    return fitsOnDesktop(rect) && mDesktop.contains(rect.center());
 }
 
 } // namespace

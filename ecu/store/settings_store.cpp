@@ -9,7 +9,6 @@
 namespace {
 
 constexpr auto kFormat = QSettings::IniFormat;
-constexpr auto kScope = QSettings::UserScope;
 const QString kOrganisation = QStringLiteral("maltrex");
 const QString kApplication = QStringLiteral("tarvio");
 
@@ -20,7 +19,8 @@ const QString kNowhere = QStringLiteral(":/no-settings-store");
 // user would.
 QString storeFileName()
 {
-    const QSettings other(kFormat, kScope, kOrganisation + QStringLiteral("-no-such-store"));
+    const QSettings other(kFormat, QSettings::UserScope,
+                          kOrganisation + QStringLiteral("-no-such-store"));
     const QString folder = QFileInfo(other.fileName()).path();
     return QStringLiteral("%1/%2/%3.ini").arg(folder, kOrganisation, kApplication);
 }
@@ -30,10 +30,11 @@ bool isReadable(const QFileInfo& file)
     return !file.exists() || (file.isFile() && file.size() <= settings::kMaxStoreSize);
 }
 
-// None when a value in the file says that it is longer than any memory.
-std::unique_ptr<QSettings> readStore()
+// None when a value in the file says that it is longer than any memory. Opened by its name, the
+// store reads this file alone, and none that all programs of the organisation share.
+std::unique_ptr<QSettings> readStore(const QString& fileName)
 {
-    auto store = std::make_unique<QSettings>(kFormat, kScope, kOrganisation, kApplication);
+    auto store = std::make_unique<QSettings>(fileName, kFormat);
     try {
         store->allKeys(); // Qt puts the reading off until here.
     } catch (const std::bad_alloc&) {
@@ -49,8 +50,8 @@ namespace settings {
 QSettings* openStore(QObject* parent)
 {
     std::unique_ptr<QSettings> store;
-    if (isReadable(QFileInfo(storeFileName())))
-        store = readStore();
+    if (const QString fileName = storeFileName(); isReadable(QFileInfo(fileName)))
+        store = readStore(fileName);
     if (!store)
         store = std::make_unique<QSettings>(kNowhere, kFormat);
     store->setParent(parent);

@@ -3,6 +3,7 @@
 
 #include <QDockWidget>
 #include <QMainWindow>
+#include <QScreen>
 #include <QSplitter>
 #include <QToolBar>
 #include <QtTest>
@@ -25,8 +26,10 @@ private slots:
     void savedLayoutOfTheDocksIsSound_data();
     void savedLayoutOfTheDocksIsSound();
     void hiddenToolBarIsNot();
-    void whatFloatsOutsideTheDesktopIsNot_data();
-    void whatFloatsOutsideTheDesktopIsNot();
+    void whatFloatsAndIsLargerThanTheDesktopIsNot_data();
+    void whatFloatsAndIsLargerThanTheDesktopIsNot();
+    void dockBesideTheDesktopComesBackOntoItButNoToolBar_data();
+    void dockBesideTheDesktopComesBackOntoItButNoToolBar();
     void layoutThatNoWindowHasIsNot_data();
     void layoutThatNoWindowHasIsNot();
     void endlessNestingIsNot();
@@ -211,17 +214,15 @@ void TestSavedStates::hiddenToolBarIsNot()
     QVERIFY(!areDocksSound(docks()));
 }
 
-void TestSavedStates::whatFloatsOutsideTheDesktopIsNot_data()
+void TestSavedStates::whatFloatsAndIsLargerThanTheDesktopIsNot_data()
 {
     QTest::addColumn<QRect>("rect");
 
-    QTest::newRow("right of it") << QRect(900, 10, 200, 50);
-    QTest::newRow("above it") << QRect(10, -700, 200, 50);
     QTest::newRow("wider") << QRect(0, 0, 900, 50);
     QTest::newRow("higher") << QRect(0, 0, 100, 700);
 }
 
-void TestSavedStates::whatFloatsOutsideTheDesktopIsNot()
+void TestSavedStates::whatFloatsAndIsLargerThanTheDesktopIsNot()
 {
     QFETCH(QRect, rect);
     dock(0)->setFloating(true);
@@ -233,6 +234,31 @@ void TestSavedStates::whatFloatsOutsideTheDesktopIsNot()
     toolBar()->setGeometry(rect);
     toolBar()->show();
     QVERIFY(!areDocksSound(docks()));
+}
+
+void TestSavedStates::dockBesideTheDesktopComesBackOntoItButNoToolBar_data()
+{
+    QTest::addColumn<QPoint>("corner");
+
+    QTest::newRow("right of it") << QPoint(5000, 10);
+    QTest::newRow("above it") << QPoint(10, -5000);
+}
+
+void TestSavedStates::dockBesideTheDesktopComesBackOntoItButNoToolBar()
+{
+    QFETCH(QPoint, corner);
+    dock(0)->setFloating(true);
+    dock(0)->setGeometry({corner, QSize(200, 150)});
+    const QByteArray state = docks();
+    QVERIFY(areDocksSound(state));
+    QVERIFY(mWindow->restoreState(state));
+    QVERIFY(dock(0)->isFloating());
+    QVERIFY(mWindow->screen()->geometry().contains(dock(0)->geometry()));
+    dock(0)->setGeometry(10, 10, 200, 150);
+    toolBar()->setWindowFlag(Qt::Tool);
+    toolBar()->setGeometry({corner, QSize(200, 50)});
+    toolBar()->show();
+    QVERIFY(!areDocksSound(docks())); // Qt would leave it there
 }
 
 // Marker 4, version 4, docks' marker 1, count of areas 4, area 4, its size 8, its marker 1,

@@ -17,6 +17,7 @@ private slots:
     void cleanup() { mProfile.reset(); }
 
     void storeIsTheUsersIniFile();
+    void filesOfTheOrganisationAreNotRead();
     void groupIsFoundByItsNameAlone();
     void whatCannotBeReadIsLeftAlone_data();
     void whatCannotBeReadIsLeftAlone();
@@ -56,6 +57,18 @@ void TestSettingsStore::storeIsTheUsersIniFile()
     store->setValue("network/ecu_ip", "10.0.0.2");
     store->sync();
     QCOMPARE(mProfile->value("network/ecu_ip").toString(), QStringLiteral("10.0.0.2"));
+}
+
+// A file that other programs share could hold anything, and could be no file at all.
+void TestSettingsStore::filesOfTheOrganisationAreNotRead()
+{
+    mProfile->setValue("network/ecu_ip", "10.0.0.1");
+    const QString shared = QFileInfo(mProfile->fileName()).path() + ".ini";
+    QCOMPARE(::mkfifo(qPrintable(shared), 0600), 0);
+    QCOMPARE(openStore()->value("network/ecu_ip").toString(), QStringLiteral("10.0.0.1"));
+    QVERIFY(QFile::remove(shared));
+    QSettings(shared, QSettings::IniFormat).setValue("network/ecu_subnet", "10.0.0.9");
+    QCOMPARE(openStore()->value("network/ecu_subnet"), QVariant());
 }
 
 void TestSettingsStore::groupIsFoundByItsNameAlone()
