@@ -91,7 +91,8 @@ bool OrvCtrlClient::readThresholds(std::uint8_t sensorId, SensorThreshold& thres
 bool OrvCtrlClient::writeThresholds(const SensorThreshold& threshold, bool permanent)
 {
     const auto access = permanent ? ControlAccess::Write : ControlAccess::WriteTemporarily;
-    return write(ControlCommand::Thresholds, access, encodeThreshold(threshold));
+    return write(ControlCommand::Thresholds, access, encodeThreshold(threshold),
+                 threshold.sensorId);
 }
 
 bool OrvCtrlClient::readFirmwareVersion(FirmwareVersion& version)
@@ -157,12 +158,13 @@ std::int8_t OrvCtrlClient::readAutoCalibrationState()
 }
 
 bool OrvCtrlClient::write(ControlCommand command, ControlAccess access,
-                          std::span<const std::uint8_t> record)
+                          std::span<const std::uint8_t> record,
+                          std::optional<std::uint8_t> sensorId)
 {
     ByteWriter writer;
     writer.u8(byteOf(access));
     writer.bytes(record);
-    return exchange(command, writer.take()).has_value();
+    return exchange(command, writer.take(), sensorId).has_value();
 }
 
 std::optional<OrvCtrlClient::Payload> OrvCtrlClient::read(ControlCommand command)

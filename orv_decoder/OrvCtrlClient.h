@@ -75,7 +75,8 @@ private:
     std::optional<Payload> read(ControlCommand command);
     std::optional<Payload> exchange(ControlCommand command, Payload request,
                                     std::optional<std::uint8_t> sensorId = std::nullopt);
-    bool write(ControlCommand command, ControlAccess access, std::span<const std::uint8_t> record);
+    bool write(ControlCommand command, ControlAccess access, std::span<const std::uint8_t> record,
+               std::optional<std::uint8_t> sensorId = {});
     bool fail(std::string reason);
 
     OrvCtrlSocketBase* mSocket = nullptr; // borrowed

@@ -1,6 +1,7 @@
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "orv_decoder/constants.h"
+#include "tests/support/LoopbackEcu.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/OpenDescriptors.h"
 #include "tests/support/SimulatorProcess.h"
@@ -10,6 +11,7 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <thread>
 
 namespace {
 
@@ -56,10 +58,12 @@ private slots:
     void repliesAroundTheTimeout();
     void doubledSuccessDoesNotHideARefusal();
     void lateReplyInTheMiddleOfAWholeRead();
+    void lateReplyDoesNotHideARefusal();
     void floodOfTheControlPort();
 
 private:
     void connectTo(const QStringList& simulatorArguments);
+    void connectToPort(std::uint16_t port);
     bool awaitDuplicate() const;
     bool readsItsOwn(std::uint8_t sensor, std::uint8_t round);
 
@@ -81,8 +85,13 @@ void TestFaultyControlLink::connectTo(const QStringList& simulatorArguments)
 {
     mEcu = std::make_unique<SimulatorProcess>(QStringList{"--streams", "off"} + simulatorArguments);
     QVERIFY(mEcu->isListening());
+    connectToPort(mEcu->controlPort());
+}
+
+void TestFaultyControlLink::connectToPort(std::uint16_t port)
+{
     const auto before = openDescriptors();
-    mSocket = std::make_unique<orv::OrvCtrlSocket>("127.0.0.1", mEcu->controlPort());
+    mSocket = std::make_unique<orv::OrvCtrlSocket>("127.0.0.1", port);
     mClient = std::make_unique<orv::OrvCtrlClient>(mSocket.get());
     orv::FirmwareVersion version;
     mClient->readFirmwareVersion(version); // the system picks the local port
@@ -182,29 +191,60 @@ void TestFaultyControlLink::doubledSuccessDoesNotHideARefusal()
     }
 }
 
+// Late replies come between a request and its answer.
 void TestFaultyControlLink::lateReplyInTheMiddleOfAWholeRead()
 {
-    connectTo({});
-    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor)
-        QVERIFY(mClient->writeThresholds(recordOf(sensor, 4), true));
+    LoopbackEcu ecu;
     LoopbackPeer late;
-    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
+    ecu.setHandler([&](const orv::ControlRequest& request) {
+        if (request.code != 1)
+            return orv::encodeReply(request.code, LoopbackEcu::Frame{2, 14, 0}, 0);
+        const std::uint8_t sensor = request.payload.at(1);
         const auto stranger = static_cast<std::uint8_t>((sensor + 5) % orv::kSensorCount);
-        auto payload = orv::encodeThreshold(recordOf(stranger, 9));
-        late.sendTo(mLocalPort, orv::encodeReply(1, payload, 0));
+        late.sendTo(mLocalPort,
+                    orv::encodeReply(1, orv::encodeThreshold(recordOf(stranger, 9)), 0));
         late.sendTo(mLocalPort, {});
+        late.sendTo(mLocalPort, orv::encodeReply(2, LoopbackEcu::Frame{2, 14, 0}, 0));
+        return orv::encodeReply(1, orv::encodeThreshold(recordOf(sensor, 4)), 0);
+    });
+    connectToPort(ecu.port());
+    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor)
         QVERIFY2(readsItsOwn(sensor, 4), mClient->lastError().c_str());
-    }
 }
 
+void TestFaultyControlLink::lateReplyDoesNotHideARefusal()
+{
+    LoopbackEcu ecu;
+    LoopbackPeer late;
+    ecu.setHandler([&](const orv::ControlRequest& request) {
+        if (request.code != 1)
+            return orv::encodeReply(request.code, LoopbackEcu::Frame{2, 14, 0}, 0);
+        late.sendTo(mLocalPort, orv::encodeReply(1, orv::encodeThreshold(recordOf(1, 9)), 0));
+        return orv::encodeReply(1, {}, 5);
+    });
+    connectToPort(ecu.port());
+    QVERIFY(!mClient->writeThresholds(recordOf(2, 4), true));
+    QCOMPARE(mClient->lastError(), std::string("ECU error (5)"));
+}
+
+// Before the requests and while they wait for their replies.
 void TestFaultyControlLink::floodOfTheControlPort()
 {
     connectTo({});
     QVERIFY(mClient->writeThresholds(recordOf(7, 2), true));
-    LoopbackPeer flood;
-    for (int i = 0; i < 5000; ++i)
-        flood.sendTo(mLocalPort,
-                     std::vector<std::uint8_t>(static_cast<std::size_t>(i % 100), 0x55));
+    std::thread flood([port = mLocalPort] {
+        LoopbackPeer peer;
+        for (int i = 0; i < 20000; ++i)
+            peer.sendTo(port, std::vector<std::uint8_t>(static_cast<std::size_t>(i % 100), 0x55));
+    });
+    int wrong = 0;
+    for (int i = 0; i < 10; ++i) {
+        SensorThreshold record;
+        const bool isRead = mClient->readThresholds(7, record);
+        wrong += isRead && record != recordOf(7, 2);
+    }
+    flood.join();
+    QCOMPARE(wrong, 0);
     for (int i = 0; i < 10; ++i)
         QVERIFY2(readsItsOwn(7, 2), mClient->lastError().c_str());
 }
