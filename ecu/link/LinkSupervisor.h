@@ -12,6 +12,8 @@
 
 class EcuLink;
 struct LinkSettings;
+template<typename T>
+class LiveStream;
 
 namespace orv {
 struct FirmwareVersion;
@@ -94,8 +96,8 @@ signals:
 private:
     bool isLate(qint64 nowMs);
     bool handOnOneOfEach(int waitMs);
-    bool handOnMeasurement(int waitMs);
-    bool handOnFreespace(int waitMs);
+    template<typename T>
+    bool handOn(LiveStream<T>& stream, void (LinkSupervisor::*signal)(const T&), int waitMs);
     void noteLiveRecord();
     void probeFromPoll();
     void setState(State state);

@@ -143,7 +143,7 @@ bool OrvgThresholdView::onWriteThresholds(bool silent)
     return true;
 }
 
-void OrvgThresholdView::onNewMeasResult(orv::OrvMeasurementResult result)
+void OrvgThresholdView::onNewMeasResult(const orv::OrvMeasurementResult& result)
 {
     const auto echoes = result.echoes.find(currentSensor());
     if (echoes != result.echoes.end())
