@@ -96,6 +96,13 @@ OrvSensorRole OrvMeasurementResult::role(std::uint8_t sensorId) const
     return OrvSensorRole::NotInvolved;
 }
 
+const std::vector<OrvSensorEcho>& OrvMeasurementResult::echoesOf(std::uint8_t sensorId) const
+{
+    static const std::vector<OrvSensorEcho> kNoEchoes;
+    const auto found = echoes.find(sensorId);
+    return found == echoes.end() ? kNoEchoes : found->second;
+}
+
 bool decodeInto(std::span<const std::uint8_t> datagram, OrvMeasurementResult& result)
 {
     ByteReader reader(datagram);

@@ -37,6 +37,9 @@ struct OrvMeasurementResult
     /// The role of a sensor; a sensor that the masks cannot name is not involved.
     OrvSensorRole role(std::uint8_t sensorId) const;
 
+    /// What a sensor heard; empty when it heard nothing.
+    const std::vector<OrvSensorEcho>& echoesOf(std::uint8_t sensorId) const;
+
     bool operator==(const OrvMeasurementResult&) const = default;
 };
 

@@ -254,6 +254,21 @@ TEST(SensorRole, hasTheValuesThatTheViewsCount)
     EXPECT_EQ(static_cast<int>(OrvSensorRole::ReceivingOnly), 2);
 }
 
+TEST(SensorEchoes, areThoseOfTheSensorAlone)
+{
+    const OrvMeasurementResult result = knownResult();
+    EXPECT_EQ(&result.echoesOf(3), &result.echoes.at(3));
+    EXPECT_EQ(&result.echoesOf(2), &result.echoes.at(2));
+}
+
+TEST(SensorEchoes, ofASensorThatHeardNothingAreNone)
+{
+    const OrvMeasurementResult result = knownResult();
+    for (const std::uint8_t sensor : Bytes{0, 4, 12, 255})
+        EXPECT_TRUE(result.echoesOf(sensor).empty()) << unsigned{sensor};
+    EXPECT_EQ(result.echoes.size(), 2U);
+}
+
 TEST(MeasurementResult, usedRecordHoldsTheNextDatagramAlone)
 {
     const Bytes first = {1, 0, 0, 0, 3, 0, 0, 0, 2, 0, 2, 100, 0,
