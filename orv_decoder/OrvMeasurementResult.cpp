@@ -119,13 +119,6 @@ bool decodeInto(std::span<const std::uint8_t> datagram, OrvMeasurementResult& re
     return result.valid;
 }
 
-OrvMeasurementResult decodeMeasurementResult(std::span<const std::uint8_t> datagram)
-{
-    OrvMeasurementResult result;
-    decodeInto(datagram, result);
-    return result;
-}
-
 std::vector<std::uint8_t> encodeMeasurementResult(const OrvMeasurementResult& result)
 {
     std::vector<std::pair<std::uint8_t, std::span<const OrvSensorEcho>>> blocks;

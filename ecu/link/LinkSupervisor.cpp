@@ -128,7 +128,7 @@ bool LinkSupervisor::handOnOneOfEach(int waitMs)
     return measurement || freespace;
 }
 
-template<typename T>
+template<orv::LiveRecord T>
 bool LinkSupervisor::handOn(LiveStream<T>& stream, void (LinkSupervisor::*signal)(const T&),
                             int waitMs)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ecu/link/StreamPort.h"
+#include "orv_decoder/LiveRecord.h"
 #include "orv_decoder/metatypes.h"
 
 #include <QDeadlineTimer>
@@ -12,7 +13,7 @@
 
 class EcuLink;
 struct LinkSettings;
-template<typename T>
+template<orv::LiveRecord T>
 class LiveStream;
 
 namespace orv {
@@ -96,7 +97,7 @@ signals:
 private:
     bool isLate(qint64 nowMs);
     bool handOnOneOfEach(int waitMs);
-    template<typename T>
+    template<orv::LiveRecord T>
     bool handOn(LiveStream<T>& stream, void (LinkSupervisor::*signal)(const T&), int waitMs);
     void noteLiveRecord();
     void probeFromPoll();
