@@ -34,8 +34,8 @@ public:
     ~TarvioWindow() override;
 
 signals:
-    void measResultReceived(orv::OrvMeasurementResult mres);
-    void freespaceReceived(orv::OrvFreespacePackage fspPackage);
+    void measResultReceived(const orv::OrvMeasurementResult& mres);
+    void freespaceReceived(const orv::OrvFreespacePackage& fspPackage);
 
 public slots:
     void onCaptureTriggered(bool state);

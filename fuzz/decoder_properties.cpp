@@ -2,6 +2,7 @@
 
 #include "orv_decoder/ControlFrame.h"
 #include "orv_decoder/Crc8.h"
+#include "orv_decoder/LiveRecord.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocketBase.h"
 #include "orv_decoder/OrvFreespacePackage.h"
@@ -62,7 +63,7 @@ bool thresholdsHold(orv::OrvCtrlClient& client)
 {
     orv::SensorThreshold threshold;
     const bool done = client.readThresholds(2, threshold);
-    return saysWhy(done, client) && threshold.valid == done &&
+    return saysWhy(done, client) && bool{threshold.valid} == done &&
            threshold.scale < orv::kThresholdScaleLimit;
 }
 
@@ -88,10 +89,13 @@ Bytes withRightChecksum(std::span<const std::uint8_t> bytes)
 }
 
 // What was in the record before must not show.
-template<typename T>
-bool decodesTheSameIntoAUsedRecord(std::span<const std::uint8_t> bytes, const T& fresh, T used)
+template<orv::LiveRecord T>
+bool decodesTheSameIntoAUsedRecord(std::span<const std::uint8_t> bytes, T used)
 {
-    return orv::decodeInto(bytes, used) == fresh.valid && used == fresh;
+    T fresh;
+    const bool decoded = orv::decodeInto(bytes, fresh);
+    return orv::decodeInto(bytes, used) == decoded && used == fresh &&
+           bool{fresh.valid} == decoded && bool{used.valid} == decoded;
 }
 
 orv::OrvMeasurementResult usedResult()
@@ -113,27 +117,30 @@ bool replyHolds(const Bytes& frame)
 
 bool measurementDecoderHolds(std::span<const std::uint8_t> bytes)
 {
-    const auto result = orv::decodeMeasurementResult(bytes);
-    if (!decodesTheSameIntoAUsedRecord(bytes, result, usedResult()))
+    if (!decodesTheSameIntoAUsedRecord(bytes, usedResult()))
         return false;
-    if (!result.valid)
+    const auto result = orv::decodeDatagram<orv::OrvMeasurementResult>(bytes);
+    if (!result)
         return true;
-    const Bytes encoded = orv::encodeMeasurementResult(result);
-    return isWithinItsLimits(result) && orv::decodeMeasurementResult(encoded) == result;
+    const Bytes encoded = orv::encodeMeasurementResult(*result);
+    return isWithinItsLimits(*result) &&
+           orv::decodeDatagram<orv::OrvMeasurementResult>(encoded) == result;
 }
 
 bool freespaceDecoderHolds(std::span<const std::uint8_t> bytes)
 {
-    const auto package = orv::decodeFreespacePackage(bytes);
-    if (!decodesTheSameIntoAUsedRecord(
-            bytes, package, {.valid = true, .entries = std::vector<orv::OrvFreespaceEntry>(3)}))
+    orv::OrvFreespacePackage package{.valid = true,
+                                     .entries = std::vector<orv::OrvFreespaceEntry>(3)};
+    if (!decodesTheSameIntoAUsedRecord(bytes, package))
         return false;
+    const bool decoded = orv::decodeInto(bytes, package);
     if (!std::ranges::all_of(package.entries, &orv::OrvFreespaceEntry::valid))
         return false;
-    if (!package.valid)
+    if (!decoded)
         return true;
     const Bytes encoded = orv::encodeFreespacePackage(package);
-    return package.entries.size() == bytes[0] && orv::decodeFreespacePackage(encoded) == package;
+    return package.entries.size() == bytes[0] &&
+           orv::decodeDatagram<orv::OrvFreespacePackage>(encoded) == package;
 }
 
 bool controlReplyDecoderHolds(std::span<const std::uint8_t> bytes)

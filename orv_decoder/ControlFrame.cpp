@@ -75,7 +75,7 @@ ControlReply decodeReply(ControlCommand command, std::span<const std::uint8_t> f
     const std::uint8_t status = frame.back();
     if (status != 0)
         return fault("ECU error (" + std::to_string(status) + ")");
-    return {.success = true, .payload = frame.first(frame.size() - 1)};
+    return {.payload = frame.first(frame.size() - 1)};
 }
 
 } // namespace orv

@@ -35,10 +35,9 @@ struct ControlRequest
 /// What a datagram on the control channel is to the request that waits for its reply.
 struct ControlReply
 {
-    bool success = false;
-    std::span<const std::uint8_t> payload = {}; ///< of a success: borrowed from the frame
-    std::string error = {};                     ///< of a failure: why it is one
-    bool isStray = false; ///< of a failure: it cannot be the answer, which may still come
+    std::optional<std::span<const std::uint8_t>> payload = {}; ///< borrowed from the frame
+    std::string error = {};                                    ///< why there is no payload
+    bool isStray = false; ///< it cannot be the answer, which may still come
 };
 
 /// Command code, payload and the checksum over both.

@@ -18,12 +18,12 @@ std::vector<std::uint8_t> encodeNetworkSettings(const EcuNetworkSettings& settin
     return writer.take();
 }
 
-EcuNetworkSettings decodeNetworkSettings(std::span<const std::uint8_t> bytes)
+std::optional<EcuNetworkSettings> decodeNetworkSettings(std::span<const std::uint8_t> bytes)
 {
     if (bytes.size() != EcuNetworkSettings::kWireSize)
-        return {};
+        return std::nullopt;
     ByteReader reader(bytes);
-    EcuNetworkSettings settings;
+    EcuNetworkSettings settings{.valid = true};
     settings.ecuIp = reader.u32();
     settings.subnetMask = reader.u32();
     settings.gateway = reader.u32();
@@ -31,7 +31,6 @@ EcuNetworkSettings decodeNetworkSettings(std::span<const std::uint8_t> bytes)
     settings.receivePort = reader.u16();
     settings.controlPort = reader.u16();
     settings.freespacePort = reader.u16();
-    settings.valid = static_cast<bool>(reader);
     return settings;
 }
 

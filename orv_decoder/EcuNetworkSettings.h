@@ -1,6 +1,9 @@
 #pragma once
 
+#include "orv_decoder/ValidFlag.h"
+
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -11,7 +14,7 @@ struct EcuNetworkSettings
 {
     static constexpr std::size_t kWireSize = 22;
 
-    bool valid = false;
+    ValidFlag valid = false;
     std::uint32_t ecuIp = 0;
     std::uint32_t subnetMask = 0;
     std::uint32_t gateway = 0;
@@ -26,7 +29,7 @@ struct EcuNetworkSettings
 /// The 22 bytes of the record; the control port stands behind the receiving port there.
 std::vector<std::uint8_t> encodeNetworkSettings(const EcuNetworkSettings& settings);
 
-/// Decodes the record; `valid` is false unless there are exactly 22 bytes.
-EcuNetworkSettings decodeNetworkSettings(std::span<const std::uint8_t> bytes);
+/// Nothing unless there are exactly 22 bytes.
+std::optional<EcuNetworkSettings> decodeNetworkSettings(std::span<const std::uint8_t> bytes);
 
 } // namespace orv

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 
 namespace orv {
@@ -18,5 +20,8 @@ struct FirmwareVersion
 
     bool operator==(const FirmwareVersion&) const = default;
 };
+
+/// Nothing unless there are exactly 3 bytes.
+std::optional<FirmwareVersion> decodeFirmwareVersion(std::span<const std::uint8_t> bytes);
 
 } // namespace orv

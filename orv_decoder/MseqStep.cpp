@@ -16,27 +16,25 @@ std::vector<std::uint8_t> encodeStep(const MseqStep& step)
     return writer.take();
 }
 
-MseqStep decodeStep(std::span<const std::uint8_t> bytes)
+std::optional<MseqStep> decodeStep(std::span<const std::uint8_t> bytes)
 {
     ByteReader reader(bytes);
-    MseqStep step;
+    MseqStep step{.valid = true};
     step.activeMask = reader.u16();
     step.passiveMask = reader.u16();
     step.modulation = reader.u16();
     step.code = reader.u16();
     step.fifthValue = reader.u16();
-    step.valid = static_cast<bool>(reader);
-    return step;
+    return reader ? std::optional(step) : std::nullopt;
 }
 
-MseqStep decodeStepMasks(std::span<const std::uint8_t> bytes)
+std::optional<MseqStep> decodeStepMasks(std::span<const std::uint8_t> bytes)
 {
     ByteReader reader(bytes);
-    MseqStep step;
+    MseqStep step{.valid = true};
     step.activeMask = reader.u16();
     step.passiveMask = reader.u16();
-    step.valid = static_cast<bool>(reader);
-    return step;
+    return reader ? std::optional(step) : std::nullopt;
 }
 
 } // namespace orv

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "orv_decoder/ValidFlag.h"
+
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -11,7 +14,7 @@ struct MseqStep
 {
     static constexpr std::size_t kWireSize = 10;
 
-    bool valid = false;
+    ValidFlag valid = false;
     std::uint16_t activeMask = 0;  ///< bit n set: sensor n sends in this step
     std::uint16_t passiveMask = 0; ///< bit n set: sensor n listens in this step
     std::uint16_t modulation = 0;  ///< 0 = amplitude modulation, other = coded
@@ -24,10 +27,10 @@ struct MseqStep
 /// The 10 bytes of one step.
 std::vector<std::uint8_t> encodeStep(const MseqStep& step);
 
-/// Decodes one step from the front of `bytes`; `valid` is false for fewer than 10.
-MseqStep decodeStep(std::span<const std::uint8_t> bytes);
+/// The step at the front of `bytes`; nothing for fewer than 10.
+std::optional<MseqStep> decodeStep(std::span<const std::uint8_t> bytes);
 
-/// Decodes the two masks alone, for which 4 bytes are enough; `valid` is false for fewer.
-MseqStep decodeStepMasks(std::span<const std::uint8_t> bytes);
+/// The two masks alone, for which 4 bytes are enough; nothing for fewer.
+std::optional<MseqStep> decodeStepMasks(std::span<const std::uint8_t> bytes);
 
 } // namespace orv

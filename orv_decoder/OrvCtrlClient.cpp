@@ -20,8 +20,8 @@ constexpr std::uint8_t byteOf(ControlAccess access)
 // A reply with another sensor's thresholds belongs to an earlier request.
 ControlReply checkedForSensor(std::uint8_t sensorId, ControlReply reply)
 {
-    const bool isRecord = reply.success && reply.payload.size() == SensorThreshold::kWireSize;
-    if (!isRecord || reply.payload.front() == sensorId)
+    const bool isRecord = reply.payload && reply.payload->size() == SensorThreshold::kWireSize;
+    if (!isRecord || reply.payload->front() == sensorId)
         return reply;
     return {.error = "wrong sensor id", .isStray = true};
 }
@@ -31,10 +31,10 @@ bool decodeSteps(std::span<const std::uint8_t> bytes, std::size_t count,
 {
     for (std::size_t i = 0; i < count; ++i) {
         const auto rest = bytes.subspan(std::min(bytes.size(), i * MseqStep::kWireSize));
-        const MseqStep step = decodeStep(rest);
-        if (!step.valid)
+        const auto step = decodeStep(rest);
+        if (!step)
             return false;
-        steps.push_back(step);
+        steps.push_back(*step);
     }
     return true;
 }
@@ -85,7 +85,10 @@ bool OrvCtrlClient::readThresholds(std::uint8_t sensorId, SensorThreshold& thres
 {
     const std::array request = {byteOf(ControlAccess::Read), sensorId};
     const auto reply = exchange(ControlCommand::Thresholds, request, sensorId);
-    return reply && checkedThreshold(*reply, sensorId, threshold, mLastError);
+    if (!reply)
+        return false;
+    const CheckedThreshold checked = checkedThreshold(*reply, sensorId);
+    return handOut(checked.record, threshold, checked.error);
 }
 
 bool OrvCtrlClient::writeThresholds(const SensorThreshold& threshold, bool permanent)
@@ -98,24 +101,13 @@ bool OrvCtrlClient::writeThresholds(const SensorThreshold& threshold, bool perma
 bool OrvCtrlClient::readFirmwareVersion(FirmwareVersion& version)
 {
     const auto reply = exchange(ControlCommand::FirmwareVersion, {});
-    if (!reply)
-        return false;
-    if (reply->size() != FirmwareVersion::kWireSize)
-        return fail("wrong data size");
-    std::ranges::copy(*reply, version.numbers.begin());
-    return true;
+    return reply && handOut(decodeFirmwareVersion(*reply), version, "wrong data size");
 }
 
 bool OrvCtrlClient::readNetworkSettings(EcuNetworkSettings& settings)
 {
     const auto reply = read(ControlCommand::NetworkSettings);
-    if (!reply)
-        return false;
-    const EcuNetworkSettings decoded = decodeNetworkSettings(*reply);
-    if (!decoded.valid)
-        return fail("wrong data format");
-    settings = decoded;
-    return true;
+    return reply && handOut(decodeNetworkSettings(*reply), settings, "wrong data format");
 }
 
 bool OrvCtrlClient::writeNetworkSettings(const EcuNetworkSettings& settings)
@@ -127,11 +119,7 @@ bool OrvCtrlClient::writeNetworkSettings(const EcuNetworkSettings& settings)
 bool OrvCtrlClient::readSensorPositions(SensorMountPositions& positions)
 {
     const auto reply = read(ControlCommand::SensorPositions);
-    if (!reply)
-        return false;
-    if (!decodeMountPositions(*reply, positions))
-        return fail("wrong data size");
-    return true;
+    return reply && handOut(decodeMountPositions(*reply), positions, "wrong data size");
 }
 
 bool OrvCtrlClient::writeSensorPositions(const SensorMountPositions& positions)
@@ -190,35 +178,25 @@ std::optional<OrvCtrlClient::Payload> OrvCtrlClient::exchange(ControlCommand com
     ControlReply reply = decode();
     while (reply.isStray && mSocket->receiveAnother(mBuffer))
         reply = decode();
-    if (reply.success)
-        return reply.payload;
-    fail(std::move(reply.error));
-    return std::nullopt;
+    if (!reply.payload)
+        fail(std::move(reply.error));
+    return reply.payload;
+}
+
+template<typename Record>
+bool OrvCtrlClient::handOut(const std::optional<Record>& decoded, Record& output,
+                            std::string_view error)
+{
+    if (!decoded)
+        return fail(std::string(error));
+    output = *decoded;
+    return true;
 }
 
 bool OrvCtrlClient::fail(std::string reason)
 {
     mLastError = std::move(reason);
     return false;
-}
-
-bool checkedThreshold(std::span<const std::uint8_t> bytes, std::uint8_t sensorId,
-                      SensorThreshold& threshold, std::string& error)
-{
-    const SensorThreshold decoded = decodeThreshold(bytes);
-    const char* reason = nullptr;
-    if (!decoded.valid)
-        reason = "wrong data size";
-    else if (decoded.sensorId != sensorId)
-        reason = "wrong sensor id";
-    else if (decoded.scale >= kThresholdScaleLimit)
-        reason = "wrong scale value read from sensor";
-    if (reason) {
-        error = reason;
-        return false;
-    }
-    threshold = decoded;
-    return true;
 }
 
 } // namespace orv

@@ -11,6 +11,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orv {
@@ -77,17 +78,13 @@ private:
                                     std::optional<std::uint8_t> sensorId = std::nullopt);
     bool write(ControlCommand command, ControlAccess access, std::span<const std::uint8_t> record,
                std::optional<std::uint8_t> sensorId = {});
+    template<typename Record>
+    bool handOut(const std::optional<Record>& decoded, Record& output, std::string_view error);
     bool fail(std::string reason);
 
     OrvCtrlSocketBase* mSocket = nullptr; // borrowed
     std::vector<std::uint8_t> mBuffer;    // of the last reply
     std::string mLastError;
 };
-
-/// Decodes a threshold record read for `sensorId` with the checks that every source of such a
-/// record has to pass. False with the reason in `error`: "wrong data size", "wrong sensor id",
-/// "wrong scale value read from sensor".
-bool checkedThreshold(std::span<const std::uint8_t> bytes, std::uint8_t sensorId,
-                      SensorThreshold& threshold, std::string& error);
 
 } // namespace orv

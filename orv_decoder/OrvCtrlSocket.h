@@ -49,7 +49,7 @@ private:
     // Set when a reply may still be on its way: it must not be taken for the next one's.
     bool mDrainBeforeNextSend = true;
     Clock::time_point mReplyDeadline; // of the request that was sent last
-    std::uint32_t mCurrentTimeoutMs = kDefaultReceiveTimeoutMs;
+    std::uint32_t mCurrentTimeoutMs = receiveTimeoutMs();
     std::string mAddress;
     std::uint16_t mPort;
     DatagramSocket mSocket;

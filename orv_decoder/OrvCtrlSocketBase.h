@@ -12,8 +12,6 @@ namespace orv {
 class OrvCtrlSocketBase
 {
 public:
-    static constexpr std::uint32_t kDefaultReceiveTimeoutMs = 500;
-
     OrvCtrlSocketBase() = default;
     virtual ~OrvCtrlSocketBase() = default;
     OrvCtrlSocketBase(const OrvCtrlSocketBase&) = delete;
@@ -22,12 +20,14 @@ public:
     /// Sends the request in `buffer` and replaces it by the reply.
     virtual bool sendReceive(std::vector<std::uint8_t>& buffer) = 0;
 
-    /// Bounds the wait for the next replies until applyReceiveTimeout() restores the configured
-    /// one.
+    /// Bounds the wait for the next replies until applyReceiveTimeout(); see ShortTimeout.
     virtual bool setReceiveTimeout(std::uint32_t timeoutMs) = 0;
 
-    /// Goes back to the configured timeout of kDefaultReceiveTimeoutMs.
+    /// Goes back to the configured timeout.
     virtual bool applyReceiveTimeout() { return setReceiveTimeout(mReceiveTimeoutMs); }
+
+    /// The configured timeout: the wait for a reply that nobody has shortened.
+    std::uint32_t receiveTimeoutMs() const { return mReceiveTimeoutMs; }
 
     /// Replaces `buffer` by the next datagram that comes within what the last request has left of
     /// its timeout, when what came first cannot be the answer to it. A channel that knows of no
@@ -51,7 +51,7 @@ protected:
 
 private:
     std::string mLastError;
-    std::uint32_t mReceiveTimeoutMs = kDefaultReceiveTimeoutMs;
+    const std::uint32_t mReceiveTimeoutMs = 500;
 };
 
 } // namespace orv

@@ -17,7 +17,7 @@ constexpr std::chrono::milliseconds kPollPause{1};
 
 } // namespace
 
-template<typename T>
+template<LiveRecord T>
 OrvDecoder<T>::OrvDecoder(OrvSocketBase* socket, OrvDecoderMode mode) : mSocket(socket), mMode(mode)
 {
     if (!mSocket)
@@ -27,7 +27,7 @@ OrvDecoder<T>::OrvDecoder(OrvSocketBase* socket, OrvDecoderMode mode) : mSocket(
         mReceiver = std::thread(&OrvDecoder::receiverLoop, this);
 }
 
-template<typename T>
+template<LiveRecord T>
 OrvDecoder<T>::~OrvDecoder()
 {
     mStop = true;
@@ -35,7 +35,7 @@ OrvDecoder<T>::~OrvDecoder()
         mReceiver.join();
 }
 
-template<typename T>
+template<LiveRecord T>
 bool OrvDecoder<T>::take(T& out, std::uint32_t timeoutMs)
 {
     if (mMode == OrvDecoderMode::Threaded)
@@ -43,14 +43,14 @@ bool OrvDecoder<T>::take(T& out, std::uint32_t timeoutMs)
     return receiveAndDecode(out, timeoutMs);
 }
 
-template<typename T>
+template<LiveRecord T>
 std::string OrvDecoder<T>::lastError() const
 {
     const std::scoped_lock lock(mMutex);
     return mLastError;
 }
 
-template<typename T>
+template<LiveRecord T>
 bool OrvDecoder<T>::receiveAndDecode(T& record, std::uint32_t timeoutMs)
 {
     if (!mSocket->receive(mDatagram, timeoutMs))
@@ -58,7 +58,7 @@ bool OrvDecoder<T>::receiveAndDecode(T& record, std::uint32_t timeoutMs)
     return decodeInto(mDatagram, record) || fail("wrong datagram format");
 }
 
-template<typename T>
+template<LiveRecord T>
 void OrvDecoder<T>::receiverLoop()
 {
     do {
@@ -73,7 +73,7 @@ void OrvDecoder<T>::receiverLoop()
     } while (!mStop);
 }
 
-template<typename T>
+template<LiveRecord T>
 bool OrvDecoder<T>::waitForRecord(std::uint32_t timeoutMs)
 {
     const auto start = Clock::now();
@@ -87,14 +87,14 @@ bool OrvDecoder<T>::waitForRecord(std::uint32_t timeoutMs)
     return true;
 }
 
-template<typename T>
+template<LiveRecord T>
 bool OrvDecoder<T>::hasRecord() const
 {
     const std::scoped_lock lock(mMutex);
     return !mRecords.empty();
 }
 
-template<typename T>
+template<LiveRecord T>
 bool OrvDecoder<T>::takeFront(T& out)
 {
     const std::scoped_lock lock(mMutex);
@@ -105,7 +105,7 @@ bool OrvDecoder<T>::takeFront(T& out)
     return true;
 }
 
-template<typename T>
+template<LiveRecord T>
 bool OrvDecoder<T>::fail(std::string reason)
 {
     const std::scoped_lock lock(mMutex);

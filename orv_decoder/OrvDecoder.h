@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orv_decoder/LiveRecord.h"
 #include "orv_decoder/OrvFreespacePackage.h"
 #include "orv_decoder/OrvMeasurementResult.h"
 
@@ -24,7 +25,7 @@ enum class OrvDecoderMode : std::uint32_t {
 ///
 /// T is OrvMeasurementResult or OrvFreespacePackage. The socket is borrowed and must outlive the
 /// decoder; in threaded mode nobody else may use it meanwhile.
-template<typename T>
+template<LiveRecord T>
 class OrvDecoder
 {
 public:

@@ -120,13 +120,6 @@ bool decodeInto(std::span<const std::uint8_t> datagram, OrvFreespacePackage& pac
     return package.valid;
 }
 
-OrvFreespacePackage decodeFreespacePackage(std::span<const std::uint8_t> datagram)
-{
-    OrvFreespacePackage package;
-    decodeInto(datagram, package);
-    return package;
-}
-
 std::vector<std::uint8_t> encodeFreespacePackage(const OrvFreespacePackage& package)
 {
     const std::size_t entryCount = std::min(package.entries.size(), kMaxEntryCount);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orv_decoder/OrvSensorPosition.h"
+#include "orv_decoder/ValidFlag.h"
 
 #include <array>
 #include <cstdint>
@@ -34,7 +35,7 @@ struct OrvDistanceItem
 /// The free area in front of one sensor.
 struct OrvFreespaceEntry
 {
-    bool valid = false;
+    ValidFlag valid = false;
     std::uint8_t sensorId = 0;
     std::array<OrvPoint, 4> corners;          ///< of the field of view
     std::array<OrvPoint, 2> arcEnds;          ///< end points of its arc
@@ -48,7 +49,7 @@ struct OrvFreespaceEntry
 /// One live freespace datagram.
 struct OrvFreespacePackage
 {
-    bool valid = false;
+    ValidFlag valid = false;
     std::vector<OrvFreespaceEntry> entries; ///< datagram order, at most 255
 
     bool operator==(const OrvFreespacePackage&) const = default;
@@ -58,9 +59,6 @@ struct OrvFreespacePackage
 /// announced entry is complete; decoding stops at the first one that is not, and the entries before
 /// it are kept.
 bool decodeInto(std::span<const std::uint8_t> datagram, OrvFreespacePackage& package);
-
-/// The same into a record of its own; `valid` is false on failure.
-OrvFreespacePackage decodeFreespacePackage(std::span<const std::uint8_t> datagram);
 
 /// The datagram that decodes to `package`; entries past the 255th are left out.
 std::vector<std::uint8_t> encodeFreespacePackage(const OrvFreespacePackage& package);

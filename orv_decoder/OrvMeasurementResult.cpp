@@ -96,6 +96,13 @@ OrvSensorRole OrvMeasurementResult::role(std::uint8_t sensorId) const
     return OrvSensorRole::NotInvolved;
 }
 
+const std::vector<OrvSensorEcho>& OrvMeasurementResult::echoesOf(std::uint8_t sensorId) const
+{
+    static const std::vector<OrvSensorEcho> kNoEchoes;
+    const auto found = echoes.find(sensorId);
+    return found == echoes.end() ? kNoEchoes : found->second;
+}
+
 bool decodeInto(std::span<const std::uint8_t> datagram, OrvMeasurementResult& result)
 {
     ByteReader reader(datagram);
@@ -110,13 +117,6 @@ bool decodeInto(std::span<const std::uint8_t> datagram, OrvMeasurementResult& re
     else
         result = {};
     return result.valid;
-}
-
-OrvMeasurementResult decodeMeasurementResult(std::span<const std::uint8_t> datagram)
-{
-    OrvMeasurementResult result;
-    decodeInto(datagram, result);
-    return result;
 }
 
 std::vector<std::uint8_t> encodeMeasurementResult(const OrvMeasurementResult& result)

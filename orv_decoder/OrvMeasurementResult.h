@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orv_decoder/ValidFlag.h"
+
 #include <cstdint>
 #include <map>
 #include <span>
@@ -27,7 +29,7 @@ enum class OrvSensorRole : std::uint8_t {
 /// One live measurement: who sent, who listened and what was heard.
 struct OrvMeasurementResult
 {
-    bool valid = false;
+    ValidFlag valid = false;
     std::uint32_t measurementWord = 0; ///< carried through unchanged
     bool hasMasks = false;
     std::uint16_t sendMask = 0;                                ///< bit n = sensor n
@@ -36,6 +38,9 @@ struct OrvMeasurementResult
 
     /// The role of a sensor; a sensor that the masks cannot name is not involved.
     OrvSensorRole role(std::uint8_t sensorId) const;
+
+    /// What a sensor heard; empty when it heard nothing.
+    const std::vector<OrvSensorEcho>& echoesOf(std::uint8_t sensorId) const;
 
     bool operator==(const OrvMeasurementResult&) const = default;
 };
@@ -47,9 +52,6 @@ struct OrvMeasurementResult
 /// blocks are announced. A block that runs past the end is dropped and ends the decoding; the
 /// blocks before it stay and the result is valid, as is one of eight bytes without a block count.
 bool decodeInto(std::span<const std::uint8_t> datagram, OrvMeasurementResult& result);
-
-/// The same into a record of its own; `valid` is false on failure.
-OrvMeasurementResult decodeMeasurementResult(std::span<const std::uint8_t> datagram);
 
 /// The datagram that decodes to `result`. Sensors without echoes are left out; the first twelve of
 /// the others are kept, and of each the first 255 echoes. A time between two raw steps becomes the

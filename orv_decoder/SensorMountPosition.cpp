@@ -19,11 +19,12 @@ std::vector<std::uint8_t> encodeMountPositions(const SensorMountPositions& posit
     return writer.take();
 }
 
-bool decodeMountPositions(std::span<const std::uint8_t> bytes, SensorMountPositions& positions)
+std::optional<SensorMountPositions> decodeMountPositions(std::span<const std::uint8_t> bytes)
 {
     if (bytes.size() != kSensorCount * SensorMountPosition::kWireSize)
-        return false;
+        return std::nullopt;
     ByteReader reader(bytes);
+    SensorMountPositions positions;
     for (SensorMountPosition& position : positions) {
         position.x = reader.i16();
         position.y = reader.i16();
@@ -32,7 +33,7 @@ bool decodeMountPositions(std::span<const std::uint8_t> bytes, SensorMountPositi
         position.pitch = reader.u16();
         position.roll = reader.u16();
     }
-    return true;
+    return positions;
 }
 
 } // namespace orv

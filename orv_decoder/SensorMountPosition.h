@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -30,7 +31,7 @@ using SensorMountPositions = std::array<SensorMountPosition, kSensorCount>;
 /// All twelve records in sensor order, 144 bytes.
 std::vector<std::uint8_t> encodeMountPositions(const SensorMountPositions& positions);
 
-/// False, with `positions` untouched, unless there are exactly 144 bytes.
-bool decodeMountPositions(std::span<const std::uint8_t> bytes, SensorMountPositions& positions);
+/// Nothing unless there are exactly 144 bytes.
+std::optional<SensorMountPositions> decodeMountPositions(std::span<const std::uint8_t> bytes);
 
 } // namespace orv

@@ -14,18 +14,29 @@ std::vector<std::uint8_t> encodeThreshold(const SensorThreshold& threshold)
     return writer.take();
 }
 
-SensorThreshold decodeThreshold(std::span<const std::uint8_t> bytes)
+std::optional<SensorThreshold> decodeThreshold(std::span<const std::uint8_t> bytes)
 {
     if (bytes.size() != SensorThreshold::kWireSize)
-        return {};
+        return std::nullopt;
     ByteReader reader(bytes);
-    SensorThreshold threshold;
+    SensorThreshold threshold{.valid = true};
     threshold.sensorId = reader.u8();
     for (std::uint8_t& entry : threshold.entries)
         entry = reader.u8();
     threshold.scale = reader.u8();
-    threshold.valid = static_cast<bool>(reader);
     return threshold;
+}
+
+CheckedThreshold checkedThreshold(std::span<const std::uint8_t> bytes, std::uint8_t sensorId)
+{
+    const auto threshold = decodeThreshold(bytes);
+    if (!threshold)
+        return {.error = "wrong data size"};
+    if (threshold->sensorId != sensorId)
+        return {.error = "wrong sensor id"};
+    if (threshold->scale >= kThresholdScaleLimit)
+        return {.error = "wrong scale value read from sensor"};
+    return {.record = threshold};
 }
 
 } // namespace orv

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "orv_decoder/ValidFlag.h"
 #include "orv_decoder/constants.h"
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace orv {
@@ -18,7 +21,7 @@ struct SensorThreshold
 {
     static constexpr std::size_t kWireSize = 14;
 
-    bool valid = false; ///< set by a successful read
+    ValidFlag valid = false; ///< set by a successful read
     std::uint8_t sensorId = 0;
     ThresholdEntries entries{};
     std::uint8_t scale = 2; ///< scale index of the passive mode, 0..4
@@ -32,9 +35,20 @@ inline constexpr std::uint8_t kThresholdScaleLimit = 5;
 /// The 14 bytes of one record.
 std::vector<std::uint8_t> encodeThreshold(const SensorThreshold& threshold);
 
-/// Decodes one record; `valid` is false unless there are exactly 14 bytes. The scale is not
-/// checked here.
-SensorThreshold decodeThreshold(std::span<const std::uint8_t> bytes);
+/// Nothing unless there are exactly 14 bytes. The scale is not checked here.
+std::optional<SensorThreshold> decodeThreshold(std::span<const std::uint8_t> bytes);
+
+/// A threshold record, or why there is none.
+struct CheckedThreshold
+{
+    std::optional<SensorThreshold> record = {};
+    std::string error = {};
+};
+
+/// Decodes a record that was read for `sensorId` with the checks that every source of such a
+/// record has to pass. Errors: "wrong data size", "wrong sensor id", "wrong scale value read from
+/// sensor".
+CheckedThreshold checkedThreshold(std::span<const std::uint8_t> bytes, std::uint8_t sensorId);
 
 /// Packs one segment; only the low 3 and 5 bits of the indexes count.
 constexpr std::uint8_t packThresholdEntry(unsigned timeIndex, unsigned levelIndex)

@@ -14,10 +14,10 @@ const QString kStepElement = QStringLiteral("Step");
 
 orv::MseqStep readStep(QXmlStreamReader& reader)
 {
-    const orv::MseqStep step = orv::decodeStep(readBase64(reader));
-    if (!step.valid)
+    const auto step = orv::decodeStep(readBase64(reader));
+    if (!step)
         throw std::invalid_argument("wrong data format");
-    return step;
+    return *step;
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "ecu/configuration/threshold_section.h"
 
 #include "ecu/configuration/xml_sections.h"
-#include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/constants.h"
 
 #include <QString>
@@ -15,11 +14,10 @@ const QString kSensorElement = QStringLiteral("Sensor");
 
 orv::SensorThreshold readRecord(QXmlStreamReader& reader, std::uint8_t sensorId)
 {
-    orv::SensorThreshold record;
-    std::string reason;
-    if (!orv::checkedThreshold(readBase64(reader), sensorId, record, reason))
+    const auto record = orv::checkedThreshold(readBase64(reader), sensorId).record;
+    if (!record)
         throw std::invalid_argument("wrong thresholds data format");
-    return record;
+    return *record;
 }
 
 } // namespace

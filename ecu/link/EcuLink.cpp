@@ -1,26 +1,11 @@
 #include "ecu/link/EcuLink.h"
 
 #include "ecu/store/ConnectionSettings.h"
+#include "orv_decoder/ShortTimeout.h"
 
 namespace {
 
 constexpr std::uint32_t kProbeTimeoutMs = 100;
-
-/// Shortens a channel's wait for replies for as long as it lives.
-class ShortTimeout
-{
-public:
-    ShortTimeout(orv::OrvCtrlSocketBase& socket, std::uint32_t timeoutMs) : mSocket(socket)
-    {
-        mSocket.setReceiveTimeout(timeoutMs);
-    }
-    ~ShortTimeout() { mSocket.applyReceiveTimeout(); }
-    ShortTimeout(const ShortTimeout&) = delete;
-    ShortTimeout& operator=(const ShortTimeout&) = delete;
-
-private:
-    orv::OrvCtrlSocketBase& mSocket;
-};
 
 } // namespace
 
@@ -40,7 +25,7 @@ bool EcuLink::drain()
 
 bool EcuLink::probe(orv::FirmwareVersion& version)
 {
-    const ShortTimeout probing(mControlSocket, kProbeTimeoutMs);
+    const orv::ShortTimeout probing(mControlSocket, kProbeTimeoutMs);
     return mClient.readFirmwareVersion(version);
 }
 

@@ -140,29 +140,22 @@ bool LinkSupervisor::isLate(qint64 nowMs)
 bool LinkSupervisor::handOnOneOfEach(int waitMs)
 {
     const QDeadlineTimer deadline(waitMs);
-    const bool measurement = handOnMeasurement(waitMs);
-    const bool freespace =
-        handOnFreespace(measurement ? 0 : static_cast<int>(deadline.remainingTime()));
+    const bool measurement =
+        handOn(mLink.measurements(), &LinkSupervisor::measurementReceived, waitMs);
+    const int leftMs = measurement ? 0 : static_cast<int>(deadline.remainingTime());
+    const bool freespace = handOn(mLink.freespaces(), &LinkSupervisor::freespaceReceived, leftMs);
     return measurement || freespace;
 }
 
-bool LinkSupervisor::handOnMeasurement(int waitMs)
+template<orv::LiveRecord T>
+bool LinkSupervisor::handOn(LiveStream<T>& stream, void (LinkSupervisor::*signal)(const T&),
+                            int waitMs)
 {
-    const auto* result = mLink.measurements().take(static_cast<std::uint32_t>(waitMs));
-    if (!result)
+    const T* record = stream.take(static_cast<std::uint32_t>(waitMs));
+    if (!record)
         return false;
     noteLiveRecord();
-    emit measurementReceived(*result);
-    return true;
-}
-
-bool LinkSupervisor::handOnFreespace(int waitMs)
-{
-    const auto* package = mLink.freespaces().take(static_cast<std::uint32_t>(waitMs));
-    if (!package)
-        return false;
-    noteLiveRecord();
-    emit freespaceReceived(*package);
+    (this->*signal)(*record);
     return true;
 }
 

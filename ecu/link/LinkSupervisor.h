@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ecu/link/StreamPort.h"
+#include "orv_decoder/LiveRecord.h"
 #include "orv_decoder/metatypes.h"
 
 #include <QDeadlineTimer>
@@ -12,6 +13,8 @@
 
 class EcuLink;
 struct LinkSettings;
+template<orv::LiveRecord T>
+class LiveStream;
 
 namespace orv {
 struct FirmwareVersion;
@@ -96,8 +99,8 @@ private:
     void judgeConnection();
     bool isLate(qint64 nowMs);
     bool handOnOneOfEach(int waitMs);
-    bool handOnMeasurement(int waitMs);
-    bool handOnFreespace(int waitMs);
+    template<orv::LiveRecord T>
+    bool handOn(LiveStream<T>& stream, void (LinkSupervisor::*signal)(const T&), int waitMs);
     void noteLiveRecord();
     void probeFromPoll();
     void setState(State state);

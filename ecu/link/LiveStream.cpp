@@ -18,12 +18,12 @@ constexpr milliseconds kMaxDrainTime{50};
 
 } // namespace
 
-template<typename T>
+template<orv::LiveRecord T>
 LiveStream<T>::LiveStream(std::uint16_t port)
     : mPort(port), mDecoder(&mPort, orv::OrvDecoderMode::Synchronous)
 {}
 
-template<typename T>
+template<orv::LiveRecord T>
 const T* LiveStream<T>::take(std::uint32_t waitMs)
 {
     if (!waitForDatagram(waitMs))
@@ -36,7 +36,7 @@ const T* LiveStream<T>::take(std::uint32_t waitMs)
     return nullptr;
 }
 
-template<typename T>
+template<orv::LiveRecord T>
 bool LiveStream<T>::drain()
 {
     const auto end = Clock::now() + kMaxDrainTime;
@@ -46,13 +46,13 @@ bool LiveStream<T>::drain()
     return received;
 }
 
-template<typename T>
+template<orv::LiveRecord T>
 void LiveStream<T>::reopen(std::uint16_t port)
 {
     mPort.reopen(port);
 }
 
-template<typename T>
+template<orv::LiveRecord T>
 std::optional<PortProblem> LiveStream<T>::problem() const
 {
     if (isOpen())
@@ -61,7 +61,7 @@ std::optional<PortProblem> LiveStream<T>::problem() const
 }
 
 // A caller that waits in turns must not spin where the port is closed.
-template<typename T>
+template<orv::LiveRecord T>
 bool LiveStream<T>::waitForDatagram(std::uint32_t waitMs) const
 {
     if (isOpen())

@@ -8,7 +8,7 @@
 
 /// One live stream of the ECU: its port and the records that arrive there. T is
 /// orv::OrvMeasurementResult or orv::OrvFreespacePackage. Used on one thread.
-template<typename T>
+template<orv::LiveRecord T>
 class LiveStream
 {
 public:

@@ -4,13 +4,6 @@
 
 namespace {
 
-const std::vector<orv::OrvSensorEcho>* echoesOf(const orv::OrvMeasurementResult& result,
-                                                std::uint8_t sensor)
-{
-    const auto found = result.echoes.find(sensor);
-    return found == result.echoes.end() ? nullptr : &found->second;
-}
-
 orv::SensorThreshold windowAt(std::uint32_t position, const RecordingSettings& settings)
 {
     orv::SensorThreshold threshold;
@@ -35,7 +28,8 @@ RecordingSweep::Step RecordingSweep::take(const orv::OrvMeasurementResult& resul
                                           const RecordingSettings& settings)
 {
     Step step;
-    step.echoes = echoesOf(result, settings.sensor);
+    if (const auto& echoes = result.echoesOf(settings.sensor); !echoes.empty())
+        step.echoes = &echoes;
     step.position = mPosition;
     if (mSamplesLeft == settings.samplesPerStep)
         step.threshold = windowAt(mPosition, settings);

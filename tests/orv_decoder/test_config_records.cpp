@@ -3,7 +3,6 @@
 #include "orv_decoder/MseqStep.h"
 #include "orv_decoder/OrvSensorPosition.h"
 #include "orv_decoder/SensorMountPosition.h"
-#include "orv_decoder/SensorThreshold.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +14,6 @@ using Bytes = std::vector<std::uint8_t>;
 using orv::EcuNetworkSettings;
 using orv::MseqStep;
 using orv::SensorMountPosition;
-using orv::SensorThreshold;
 
 const Bytes kStepBytes = {0x01, 0x08, 0xFE, 0x07, 0x01, 0x00, 0x02, 0x01, 0x34, 0x12};
 const MseqStep kStep = {.valid = true,
@@ -29,12 +27,13 @@ TEST(MseqStep, encodesAndDecodesKnownBytes)
 {
     EXPECT_EQ(orv::encodeStep(kStep), kStepBytes);
     EXPECT_EQ(orv::decodeStep(kStepBytes), kStep);
+    EXPECT_TRUE(orv::decodeStep(kStepBytes).value().valid);
 }
 
 TEST(MseqStep, cutAtAnyLengthIsInvalid)
 {
     for (std::size_t length = 0; length < kStepBytes.size(); ++length)
-        EXPECT_FALSE(orv::decodeStep(std::span(kStepBytes).first(length)).valid) << length;
+        EXPECT_FALSE(orv::decodeStep(std::span(kStepBytes).first(length))) << length;
 }
 
 TEST(MseqStep, isReadOffTheFront)
@@ -46,42 +45,10 @@ TEST(MseqStep, isReadOffTheFront)
 
 TEST(MseqStep, shortFormNeedsTheTwoMasksAlone)
 {
-    const MseqStep masks = orv::decodeStepMasks(std::span(kStepBytes).first(4));
-    EXPECT_TRUE(masks.valid);
-    EXPECT_EQ(masks.activeMask, 0x0801);
-    EXPECT_EQ(masks.passiveMask, 0x07FE);
-    EXPECT_EQ(masks.fifthValue, 0);
-    EXPECT_FALSE(orv::decodeStepMasks(std::span(kStepBytes).first(3)).valid);
-}
-
-const Bytes kThresholdBytes = {0x02, 0x0A, 0x2B, 0x4C, 0x6D, 0x8E, 0xAF,
-                               0xD0, 0xF1, 0x12, 0x33, 0x54, 0x75, 0x04};
-const SensorThreshold kThreshold = {
-    .valid = true,
-    .sensorId = 2,
-    .entries = {0x0A, 0x2B, 0x4C, 0x6D, 0x8E, 0xAF, 0xD0, 0xF1, 0x12, 0x33, 0x54, 0x75},
-    .scale = 4};
-
-TEST(SensorThreshold, encodesAndDecodesKnownBytes)
-{
-    EXPECT_EQ(orv::encodeThreshold(kThreshold), kThresholdBytes);
-    EXPECT_EQ(orv::decodeThreshold(kThresholdBytes), kThreshold);
-}
-
-TEST(SensorThreshold, ofAnyOtherSizeIsInvalid)
-{
-    Bytes bytes = kThresholdBytes;
-    bytes.resize(20);
-    for (std::size_t length = 0; length <= bytes.size(); ++length) {
-        const auto threshold = orv::decodeThreshold(std::span(bytes).first(length));
-        EXPECT_EQ(threshold.valid, length == 14) << length;
-    }
-}
-
-TEST(SensorThreshold, freshRecordIsZeroButForTheScaleOfTwo)
-{
-    EXPECT_EQ(orv::encodeThreshold({}), (Bytes{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2}));
-    EXPECT_FALSE(SensorThreshold{}.valid);
+    const auto masks = orv::decodeStepMasks(std::span(kStepBytes).first(4));
+    EXPECT_EQ(masks, (MseqStep{.activeMask = 0x0801, .passiveMask = 0x07FE}));
+    EXPECT_TRUE(masks.value().valid);
+    EXPECT_FALSE(orv::decodeStepMasks(std::span(kStepBytes).first(3)));
 }
 
 const Bytes kNetworkBytes = {192, 168, 1,   3, 255, 255,  255,  0,    192,  168,  1,
@@ -103,6 +70,7 @@ TEST(EcuNetworkSettings, encodesTheControlPortBehindTheReceivingPort)
 TEST(EcuNetworkSettings, decodesKnownBytes)
 {
     EXPECT_EQ(orv::decodeNetworkSettings(kNetworkBytes), kNetwork);
+    EXPECT_TRUE(orv::decodeNetworkSettings(kNetworkBytes).value().valid);
 }
 
 TEST(EcuNetworkSettings, ofAnyOtherSizeIsInvalid)
@@ -111,7 +79,7 @@ TEST(EcuNetworkSettings, ofAnyOtherSizeIsInvalid)
     bytes.resize(30);
     for (std::size_t length = 0; length <= bytes.size(); ++length) {
         const auto settings = orv::decodeNetworkSettings(std::span(bytes).first(length));
-        EXPECT_EQ(settings.valid, length == 22) << length;
+        EXPECT_EQ(settings.has_value(), length == 22) << length;
     }
 }
 
@@ -142,20 +110,17 @@ TEST(SensorMountPositions, encodeTwelveRecordsInSensorOrder)
 
 TEST(SensorMountPositions, surviveARoundTrip)
 {
-    orv::SensorMountPositions positions;
-    ASSERT_TRUE(orv::decodeMountPositions(orv::encodeMountPositions(knownPositions()), positions));
-    EXPECT_EQ(positions, knownPositions());
+    EXPECT_EQ(orv::decodeMountPositions(orv::encodeMountPositions(knownPositions())),
+              knownPositions());
 }
 
-TEST(SensorMountPositions, ofAnyOtherSizeAreRefusedAndLeaveTheOldOnes)
+TEST(SensorMountPositions, ofAnyOtherSizeAreRefused)
 {
     Bytes bytes = orv::encodeMountPositions(knownPositions());
     bytes.resize(160);
     for (std::size_t length = 0; length <= bytes.size(); ++length) {
-        orv::SensorMountPositions positions;
-        const bool decoded = orv::decodeMountPositions(std::span(bytes).first(length), positions);
-        EXPECT_EQ(decoded, length == 144) << length;
-        EXPECT_EQ(positions == orv::SensorMountPositions{}, length != 144) << length;
+        const auto positions = orv::decodeMountPositions(std::span(bytes).first(length));
+        EXPECT_EQ(positions.has_value(), length == 144) << length;
     }
 }
 
@@ -175,6 +140,15 @@ TEST(OrvSensorPosition, movesAMountPositionAndKeepsItsHeightPitchAndRoll)
     const SensorMountPosition expected = {
         .x = 1, .y = -2, .height = 450, .yaw = 3, .pitch = 7, .roll = 9};
     EXPECT_EQ(moved, expected);
+}
+
+TEST(FirmwareVersion, isThreeBytes)
+{
+    const Bytes bytes = {2, 14, 0, 9};
+    EXPECT_EQ(orv::decodeFirmwareVersion(std::span(bytes).first(3)),
+              (orv::FirmwareVersion{{2, 14, 0}}));
+    for (const std::size_t length : {0U, 1U, 2U, 4U})
+        EXPECT_FALSE(orv::decodeFirmwareVersion(std::span(bytes).first(length))) << length;
 }
 
 TEST(FirmwareVersion, isShownInDecimalWithDots)

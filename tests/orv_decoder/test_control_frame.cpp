@@ -68,8 +68,8 @@ TEST(ControlReply, isCutToItsPayload)
 {
     const Bytes frame = {0x02, 0x02, 0x0E, 0x00, 0x00, 0xFB};
     const orv::ControlReply reply = orv::decodeReply(ControlCommand::FirmwareVersion, frame);
-    EXPECT_TRUE(reply.success);
-    EXPECT_EQ(Bytes(reply.payload.begin(), reply.payload.end()), (Bytes{2, 14, 0}));
+    ASSERT_TRUE(reply.payload);
+    EXPECT_EQ(Bytes(reply.payload->begin(), reply.payload->end()), (Bytes{2, 14, 0}));
     EXPECT_EQ(reply.error, "");
     EXPECT_FALSE(reply.isStray);
 }
@@ -78,8 +78,8 @@ TEST(ControlReply, ofThreeBytesHasAnEmptyPayload)
 {
     const Bytes frame = {0x00, 0x00, 0xC3};
     const orv::ControlReply reply = orv::decodeReply(ControlCommand::MeasurementSequence, frame);
-    EXPECT_TRUE(reply.success);
-    EXPECT_TRUE(reply.payload.empty());
+    ASSERT_TRUE(reply.payload);
+    EXPECT_TRUE(reply.payload->empty());
 }
 
 struct Refused
@@ -96,7 +96,7 @@ class RefusedReply : public testing::TestWithParam<Refused>
 TEST_P(RefusedReply, namesItsReason)
 {
     const auto reply = orv::decodeReply(ControlCommand::FirmwareVersion, GetParam().reply);
-    EXPECT_FALSE(reply.success);
+    EXPECT_FALSE(reply.payload);
     EXPECT_EQ(reply.error, GetParam().error);
     EXPECT_EQ(reply.isStray, GetParam().isStray);
 }
@@ -123,7 +123,7 @@ TEST(ControlReply, isNeverTakenForWholeWhenCut)
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const auto reply =
             orv::decodeReply(ControlCommand::Thresholds, std::span(whole).first(length));
-        EXPECT_FALSE(reply.success) << length;
+        EXPECT_FALSE(reply.payload) << length;
         EXPECT_FALSE(reply.error.empty());
     }
 }
@@ -133,7 +133,7 @@ TEST(ControlReply, roundTripsForEveryStatus)
     for (unsigned status = 0; status < 256; ++status) {
         const Bytes frame = orv::encodeReply(4, Bytes{9, 8, 7}, static_cast<std::uint8_t>(status));
         const auto reply = orv::decodeReply(ControlCommand::SensorPositions, frame);
-        EXPECT_EQ(reply.success, status == 0);
+        EXPECT_EQ(reply.payload.has_value(), status == 0);
         EXPECT_EQ(reply.error, status == 0 ? "" : "ECU error (" + std::to_string(status) + ")");
     }
 }

@@ -353,7 +353,7 @@ const std::vector<Operation> kOperations = {
      [](OrvCtrlClient& client) {
          SensorThreshold threshold;
          const bool done = client.readThresholds(2, threshold);
-         EXPECT_EQ(threshold.valid, done);
+         EXPECT_EQ(bool{threshold.valid}, done);
          return done;
      }},
     {"writeThresholds", 1,

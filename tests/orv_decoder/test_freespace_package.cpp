@@ -1,3 +1,4 @@
+#include "orv_decoder/LiveRecord.h"
 #include "orv_decoder/OrvFreespacePackage.h"
 
 #include <gtest/gtest.h>
@@ -69,9 +70,23 @@ OrvFreespacePackage packageOf(std::vector<OrvFreespaceEntry> entries)
     return {.valid = true, .entries = std::move(entries)};
 }
 
+bool isRefused(std::span<const std::uint8_t> datagram)
+{
+    return !orv::decodeDatagram<OrvFreespacePackage>(datagram);
+}
+
+// Throws when there is none.
+OrvFreespacePackage packageIn(std::span<const std::uint8_t> datagram)
+{
+    return orv::decodeDatagram<OrvFreespacePackage>(datagram).value();
+}
+
 TEST(FreespacePackage, decodesKnownBytes)
 {
-    EXPECT_EQ(orv::decodeFreespacePackage(fullDatagram()), packageOf({fullEntry()}));
+    const auto package = packageIn(fullDatagram());
+    EXPECT_EQ(package, packageOf({fullEntry()}));
+    EXPECT_TRUE(package.valid);
+    EXPECT_TRUE(package.entries.front().valid);
 }
 
 TEST(FreespacePackage, encodesKnownBytes)
@@ -84,7 +99,7 @@ TEST(FreespacePackage, entryTakes40BytesWithoutAndSeventyWithThreeDistances)
 {
     EXPECT_EQ(shortDatagram().size(), 1U + 40U);
     EXPECT_EQ(fullDatagram().size(), 1U + 70U);
-    EXPECT_EQ(orv::decodeFreespacePackage(shortDatagram()), packageOf({entryWithoutDistances()}));
+    EXPECT_EQ(packageIn(shortDatagram()), packageOf({entryWithoutDistances()}));
 }
 
 TEST(FreespacePackage, cutAtAnyLengthIsInvalid)
@@ -94,20 +109,19 @@ TEST(FreespacePackage, cutAtAnyLengthIsInvalid)
             // Cut by 1 to 5 of the position's bytes, the next one counts as the flag byte.
             const bool isWithoutPosition =
                 length > kPoints.size() + 1 && length <= kPoints.size() + kPosition.size();
-            const auto package = orv::decodeFreespacePackage(std::span(whole).first(length));
-            EXPECT_FALSE(package.valid && !isWithoutPosition) << length << " bytes";
+            EXPECT_TRUE(isWithoutPosition || isRefused(std::span(whole).first(length))) << length;
         }
     }
 }
 
 TEST(FreespacePackage, withoutEntriesIsValid)
 {
-    EXPECT_EQ(orv::decodeFreespacePackage(Bytes{0}), packageOf({}));
+    EXPECT_EQ(packageIn(Bytes{0}), packageOf({}));
 }
 
 TEST(FreespacePackage, withoutAByteIsInvalid)
 {
-    EXPECT_FALSE(orv::decodeFreespacePackage({}).valid);
+    EXPECT_TRUE(isRefused({}));
 }
 
 TEST(FreespacePackage, keepsItsEntriesInDatagramOrder)
@@ -115,14 +129,15 @@ TEST(FreespacePackage, keepsItsEntriesInDatagramOrder)
     OrvFreespaceEntry other = fullEntry();
     other.sensorId = 2;
     const auto package = packageOf({fullEntry(), other, entryWithoutDistances()});
-    EXPECT_EQ(orv::decodeFreespacePackage(orv::encodeFreespacePackage(package)), package);
+    EXPECT_EQ(packageIn(orv::encodeFreespacePackage(package)), package);
 }
 
 TEST(FreespacePackage, stopsAtTheFirstEntryThatIsCut)
 {
     Bytes datagram = orv::encodeFreespacePackage(packageOf({fullEntry(), fullEntry()}));
     datagram.pop_back();
-    const auto package = orv::decodeFreespacePackage(datagram);
+    OrvFreespacePackage package;
+    EXPECT_FALSE(orv::decodeInto(datagram, package));
     EXPECT_FALSE(package.valid);
     EXPECT_EQ(package.entries, std::vector{fullEntry()});
 }
@@ -131,49 +146,49 @@ TEST(FreespacePackage, announcedEntriesThatAreMissingMakeItInvalid)
 {
     Bytes datagram = fullDatagram();
     datagram[0] = 255;
-    EXPECT_FALSE(orv::decodeFreespacePackage(datagram).valid);
+    EXPECT_TRUE(isRefused(datagram));
 }
 
 TEST(FreespacePackage, ignoresBytesBehindTheLastEntry)
 {
-    const auto package = orv::decodeFreespacePackage(joined({fullDatagram(), {1, 2, 3}}));
+    const auto package = packageIn(joined({fullDatagram(), {1, 2, 3}}));
     EXPECT_EQ(package, packageOf({fullEntry()}));
 }
 
 TEST(FreespacePackage, positionThatIsLeftOutStaysZero)
 {
-    const auto package = orv::decodeFreespacePackage(joined({{1}, kPoints, {0x07}}));
-    ASSERT_TRUE(package.valid);
+    const auto package = packageIn(joined({{1}, kPoints, {0x07}}));
+    ASSERT_EQ(package.entries.size(), 1U);
     EXPECT_EQ(package.entries[0].position, orv::OrvSensorPosition{});
     EXPECT_EQ(package.entries[0].secondPair[1], (OrvPoint{3, 4}));
 }
 
 TEST(FreespacePackage, entryWithoutAByteBehindThePointsIsInvalid)
 {
-    EXPECT_FALSE(orv::decodeFreespacePackage(joined({{1}, kPoints})).valid);
+    EXPECT_TRUE(isRefused(joined({{1}, kPoints})));
 }
 
 TEST(FreespacePackage, entryWithoutAFlagByteIsInvalid)
 {
-    EXPECT_FALSE(orv::decodeFreespacePackage(joined({{1}, kPoints, kPosition})).valid);
+    EXPECT_TRUE(isRefused(joined({{1}, kPoints, kPosition})));
 }
 
 TEST(FreespacePackage, sixBytesBehindThePointsAreThePositionAndNoFlagByte)
 {
     const Bytes startsAsFlags = {0x07, 0x00, 0x00, 0x00, 0x00, 0x00};
-    EXPECT_FALSE(orv::decodeFreespacePackage(joined({{1}, kPoints, startsAsFlags})).valid);
+    EXPECT_TRUE(isRefused(joined({{1}, kPoints, startsAsFlags})));
 }
 
 TEST(FreespacePackage, distanceOfSixBytesIsShort)
 {
     const Bytes six(kRight.begin(), kRight.begin() + 6);
-    EXPECT_FALSE(orv::decodeFreespacePackage(joined({{1}, kPoints, kPosition, {0x03}, six})).valid);
+    EXPECT_TRUE(isRefused(joined({{1}, kPoints, kPosition, {0x03}, six})));
 }
 
 TEST(FreespacePackage, encodesAtMost255Entries)
 {
     const auto package = packageOf(std::vector(300, entryWithoutDistances()));
-    const auto decoded = orv::decodeFreespacePackage(orv::encodeFreespacePackage(package));
+    const auto decoded = packageIn(orv::encodeFreespacePackage(package));
     EXPECT_TRUE(decoded.valid);
     EXPECT_EQ(decoded.entries.size(), 255U);
 }
@@ -193,7 +208,7 @@ TEST_P(AbsenceFlags, aClearBitBringsADistance)
         else
             datagram = joined({datagram, items[i]});
     }
-    EXPECT_EQ(orv::decodeFreespacePackage(datagram), packageOf({expected}));
+    EXPECT_EQ(packageIn(datagram), packageOf({expected}));
     EXPECT_EQ(expected.distances[0].isPresent(), !(flags & 1));
 }
 
@@ -202,7 +217,7 @@ INSTANTIATE_TEST_SUITE_P(All, AbsenceFlags, testing::Range(0U, 8U),
 
 TEST(AbsenceFlags, upperBitsMeanNothing)
 {
-    const auto package = orv::decodeFreespacePackage(joined({{1}, kPoints, kPosition, {0xFF}}));
+    const auto package = packageIn(joined({{1}, kPoints, kPosition, {0xFF}}));
     EXPECT_EQ(package, packageOf({entryWithoutDistances()}));
 }
 

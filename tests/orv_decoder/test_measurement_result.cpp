@@ -1,3 +1,4 @@
+#include "orv_decoder/LiveRecord.h"
 #include "orv_decoder/OrvMeasurementResult.h"
 #include "tests/support/MeasurementBuilder.h"
 
@@ -41,9 +42,21 @@ Bytes withHeader(const Bytes& blocks)
     return datagram;
 }
 
+bool isRefused(std::span<const std::uint8_t> datagram)
+{
+    return !orv::decodeDatagram<OrvMeasurementResult>(datagram);
+}
+
+// Throws when there is none.
+OrvMeasurementResult resultIn(std::span<const std::uint8_t> datagram)
+{
+    return orv::decodeDatagram<OrvMeasurementResult>(datagram).value();
+}
+
 TEST(MeasurementResult, decodesKnownBytes)
 {
-    EXPECT_EQ(orv::decodeMeasurementResult(kDatagram), knownResult());
+    EXPECT_EQ(resultIn(kDatagram), knownResult());
+    EXPECT_TRUE(resultIn(kDatagram).valid);
 }
 
 TEST(MeasurementResult, encodesInAscendingOrderOfTheSensors)
@@ -57,13 +70,14 @@ TEST(MeasurementResult, encodesInAscendingOrderOfTheSensors)
 TEST(MeasurementResult, survivesARoundTrip)
 {
     const auto datagram = orv::encodeMeasurementResult(knownResult());
-    EXPECT_EQ(orv::decodeMeasurementResult(datagram), knownResult());
+    EXPECT_EQ(resultIn(datagram), knownResult());
 }
 
 TEST(MeasurementResult, cutInsideItsHeaderIsInvalid)
 {
     for (std::size_t length = 0; length < 8; ++length) {
-        const auto result = orv::decodeMeasurementResult(std::span(kDatagram).first(length));
+        OrvMeasurementResult result = knownResult();
+        EXPECT_FALSE(orv::decodeInto(std::span(kDatagram).first(length), result)) << length;
         EXPECT_FALSE(result.valid) << length << " bytes";
         EXPECT_TRUE(result.echoes.empty());
     }
@@ -72,7 +86,7 @@ TEST(MeasurementResult, cutInsideItsHeaderIsInvalid)
 TEST(MeasurementResult, cutAnywhereBehindKeepsTheWholeBlocksBefore)
 {
     for (std::size_t length = 8; length < kDatagram.size(); ++length) {
-        const auto result = orv::decodeMeasurementResult(std::span(kDatagram).first(length));
+        const auto result = resultIn(std::span(kDatagram).first(length));
         EXPECT_TRUE(result.valid) << length << " bytes";
         EXPECT_EQ(result.sendMask, 0x0008);
         EXPECT_EQ(result.echoes.count(3), length >= 19 ? 1U : 0U) << length << " bytes";
@@ -82,7 +96,7 @@ TEST(MeasurementResult, cutAnywhereBehindKeepsTheWholeBlocksBefore)
 
 TEST(MeasurementResult, ofEightBytesHasMasksAndNoEchoes)
 {
-    const auto result = orv::decodeMeasurementResult(Bytes{1, 0, 0, 0, 0x01, 0x08, 0xFE, 0x07});
+    const auto result = resultIn(Bytes{1, 0, 0, 0, 0x01, 0x08, 0xFE, 0x07});
     EXPECT_TRUE(result.valid);
     EXPECT_TRUE(result.hasMasks);
     EXPECT_EQ(result.measurementWord, 1U);
@@ -93,7 +107,7 @@ TEST(MeasurementResult, ofEightBytesHasMasksAndNoEchoes)
 
 TEST(MeasurementResult, withoutBlocksIsValidAndEmpty)
 {
-    const auto result = orv::decodeMeasurementResult(withHeader({0}));
+    const auto result = resultIn(withHeader({0}));
     EXPECT_TRUE(result.valid);
     EXPECT_TRUE(result.echoes.empty());
 }
@@ -103,20 +117,20 @@ TEST(MeasurementResult, mayHaveTwelveBlocksButNotThirteen)
     Bytes blocks = {12};
     for (std::uint8_t sensor = 0; sensor < 12; ++sensor)
         blocks.insert(blocks.end(), {sensor, 1, 100, 0, sensor, 0});
-    const auto twelve = orv::decodeMeasurementResult(withHeader(blocks));
+    const auto twelve = resultIn(withHeader(blocks));
     EXPECT_TRUE(twelve.valid);
     EXPECT_EQ(twelve.echoes.size(), 12U);
 
     blocks[0] = 13;
     blocks.insert(blocks.end(), {12, 1, 100, 0, 12, 0});
-    EXPECT_FALSE(orv::decodeMeasurementResult(withHeader(blocks)).valid);
-    EXPECT_FALSE(orv::decodeMeasurementResult(withHeader({13})).valid);
-    EXPECT_FALSE(orv::decodeMeasurementResult(withHeader({255})).valid);
+    EXPECT_TRUE(isRefused(withHeader(blocks)));
+    EXPECT_TRUE(isRefused(withHeader({13})));
+    EXPECT_TRUE(isRefused(withHeader({255})));
 }
 
 TEST(MeasurementResult, leavesASensorWithoutEchoesOut)
 {
-    const auto result = orv::decodeMeasurementResult(withHeader({2, 5, 0, 6, 1, 100, 0, 7, 0}));
+    const auto result = resultIn(withHeader({2, 5, 0, 6, 1, 100, 0, 7, 0}));
     EXPECT_TRUE(result.valid);
     EXPECT_EQ(result.echoes.count(5), 0U);
     EXPECT_EQ(result.echoes.count(6), 1U);
@@ -124,22 +138,21 @@ TEST(MeasurementResult, leavesASensorWithoutEchoesOut)
 
 TEST(MeasurementResult, takesTheSecondBlockOfASensorForTheFirst)
 {
-    const auto result = orv::decodeMeasurementResult(
-        withHeader({2, 5, 2, 100, 0, 7, 0, 110, 0, 7, 0, 5, 1, 200, 0, 9, 0}));
+    const auto result =
+        resultIn(withHeader({2, 5, 2, 100, 0, 7, 0, 110, 0, 7, 0, 5, 1, 200, 0, 9, 0}));
     ASSERT_EQ(result.echoes.at(5).size(), 1U);
     EXPECT_EQ(result.echoes.at(5).front().timeOfFlight, 10240);
 }
 
 TEST(MeasurementResult, keepsTheEchoesOfASensorWhoseSecondBlockIsEmpty)
 {
-    const auto result = orv::decodeMeasurementResult(withHeader({2, 5, 1, 100, 0, 7, 0, 5, 0}));
+    const auto result = resultIn(withHeader({2, 5, 1, 100, 0, 7, 0, 5, 0}));
     EXPECT_EQ(result.echoes.at(5).size(), 1U);
 }
 
 TEST(MeasurementResult, keepsEchoesInDatagramOrder)
 {
-    const auto result = orv::decodeMeasurementResult(
-        withHeader({1, 0, 3, 200, 0, 1, 0, 100, 0, 2, 0, 150, 0, 3, 0}));
+    const auto result = resultIn(withHeader({1, 0, 3, 200, 0, 1, 0, 100, 0, 2, 0, 150, 0, 3, 0}));
     const auto& echoes = result.echoes.at(0);
     ASSERT_EQ(echoes.size(), 3U);
     EXPECT_EQ(echoes[0].magnitude, 1);
@@ -149,7 +162,7 @@ TEST(MeasurementResult, keepsEchoesInDatagramOrder)
 
 TEST(MeasurementResult, ignoresBytesBehindTheLastBlock)
 {
-    const auto result = orv::decodeMeasurementResult(withHeader({1, 0, 1, 100, 0, 7, 0, 1, 2, 3}));
+    const auto result = resultIn(withHeader({1, 0, 1, 100, 0, 7, 0, 1, 2, 3}));
     EXPECT_TRUE(result.valid);
     EXPECT_EQ(result.echoes.size(), 1U);
 }
@@ -157,7 +170,7 @@ TEST(MeasurementResult, ignoresBytesBehindTheLastBlock)
 TEST(MeasurementResult, keepsASensorNumberThatTheEcuDoesNotHave)
 {
     const Bytes datagram = withHeader({1, 200, 1, 100, 0, 7, 0});
-    const auto result = orv::decodeMeasurementResult(datagram);
+    const auto result = resultIn(datagram);
     EXPECT_EQ(result.echoes.count(200), 1U);
     EXPECT_EQ(orv::encodeMeasurementResult(result), datagram);
 }
@@ -168,7 +181,7 @@ TEST(MeasurementResult, encodesAtMostTwelveSensorsWithTheirFirst255Echoes)
     for (std::uint8_t sensor = 0; sensor < 20; ++sensor)
         result.echoes[sensor].assign(300, OrvSensorEcho{.magnitude = 1});
     result.echoes[4].clear();
-    const auto decoded = orv::decodeMeasurementResult(orv::encodeMeasurementResult(result));
+    const auto decoded = resultIn(orv::encodeMeasurementResult(result));
     EXPECT_TRUE(decoded.valid);
     ASSERT_EQ(decoded.echoes.size(), 12U);
     EXPECT_EQ(decoded.echoes.count(4), 0U);
@@ -188,9 +201,8 @@ class TimeOfFlight : public testing::TestWithParam<Time>
 TEST_P(TimeOfFlight, isTruncatedAndKeptInSixteenBits)
 {
     const std::uint16_t raw = GetParam().raw;
-    const auto result =
-        orv::decodeMeasurementResult(withHeader({1, 0, 1, static_cast<std::uint8_t>(raw & 0xFF),
-                                                 static_cast<std::uint8_t>(raw >> 8), 0, 0}));
+    const auto result = resultIn(withHeader({1, 0, 1, static_cast<std::uint8_t>(raw & 0xFF),
+                                             static_cast<std::uint8_t>(raw >> 8), 0, 0}));
     EXPECT_EQ(result.echoes.at(0).front().timeOfFlight, GetParam().timeOfFlight);
 }
 
@@ -205,7 +217,7 @@ INSTANTIATE_TEST_SUITE_P(
 std::uint16_t throughTheWire(std::uint16_t timeOfFlight)
 {
     const OrvMeasurementResult result = aMeasurement().withEcho(0, timeOfFlight, 0);
-    const auto decoded = orv::decodeMeasurementResult(orv::encodeMeasurementResult(result));
+    const auto decoded = resultIn(orv::encodeMeasurementResult(result));
     return decoded.echoes.at(0).front().timeOfFlight;
 }
 
@@ -254,6 +266,21 @@ TEST(SensorRole, hasTheValuesThatTheViewsCount)
     EXPECT_EQ(static_cast<int>(OrvSensorRole::ReceivingOnly), 2);
 }
 
+TEST(SensorEchoes, areThoseOfTheSensorAlone)
+{
+    const OrvMeasurementResult result = knownResult();
+    EXPECT_EQ(&result.echoesOf(3), &result.echoes.at(3));
+    EXPECT_EQ(&result.echoesOf(2), &result.echoes.at(2));
+}
+
+TEST(SensorEchoes, ofASensorThatHeardNothingAreNone)
+{
+    const OrvMeasurementResult result = knownResult();
+    for (const std::uint8_t sensor : Bytes{0, 4, 12, 255})
+        EXPECT_TRUE(result.echoesOf(sensor).empty()) << unsigned{sensor};
+    EXPECT_EQ(result.echoes.size(), 2U);
+}
+
 TEST(MeasurementResult, usedRecordHoldsTheNextDatagramAlone)
 {
     const Bytes first = {1, 0, 0, 0, 3, 0, 0, 0, 2, 0, 2, 100, 0,
@@ -263,7 +290,7 @@ TEST(MeasurementResult, usedRecordHoldsTheNextDatagramAlone)
     ASSERT_TRUE(orv::decodeInto(first, result));
     ASSERT_EQ(result.echoes.size(), 2U);
     ASSERT_TRUE(orv::decodeInto(second, result));
-    EXPECT_EQ(result, orv::decodeMeasurementResult(second));
+    EXPECT_EQ(result, resultIn(second));
     EXPECT_EQ(result.echoes.size(), 1U);
     EXPECT_FALSE(orv::decodeInto(Bytes{1, 2, 3}, result));
     EXPECT_EQ(result, orv::OrvMeasurementResult{});

@@ -1,3 +1,4 @@
+#include "orv_decoder/LiveRecord.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "orv_decoder/OrvFreespacePackage.h"
@@ -198,25 +199,29 @@ private slots:
     {
         Link link(QStringLiteral("--rate 200"));
         for (const Bytes& datagram : link.take(link.results(), 24)) {
-            const auto result = orv::decodeMeasurementResult(datagram);
-            QVERIFY(result.valid);
-            QCOMPARE(std::popcount(result.sendMask), 1);
+            const auto result = orv::decodeDatagram<orv::OrvMeasurementResult>(datagram);
+            QVERIFY(result);
+            QCOMPARE(std::popcount(result->sendMask), 1);
         }
         const auto packages = link.take(link.freespaces(), 3);
         QCOMPARE(packages.size(), std::size_t(3));
-        for (const Bytes& datagram : packages)
-            QCOMPARE(orv::decodeFreespacePackage(datagram).entries.size(), std::size_t(12));
+        for (const Bytes& datagram : packages) {
+            const auto package = orv::decodeDatagram<orv::OrvFreespacePackage>(datagram);
+            QVERIFY(package);
+            QCOMPARE(package->entries.size(), std::size_t(12));
+        }
     }
 
     void wallSceneGivesTheSameTimeOfFlightToEverySensor()
     {
         Link link(QStringLiteral("--rate 200 --scene wall --wall-distance 1000"));
         for (const Bytes& datagram : link.take(link.results(), 12)) {
-            const auto result = orv::decodeMeasurementResult(datagram);
-            const auto sender = static_cast<std::uint8_t>(std::countr_zero(result.sendMask));
-            QVERIFY(result.echoes.contains(sender));
+            const auto result = orv::decodeDatagram<orv::OrvMeasurementResult>(datagram);
+            QVERIFY(result);
+            const auto sender = static_cast<std::uint8_t>(std::countr_zero(result->sendMask));
+            QVERIFY(!result->echoesOf(sender).empty());
             // 2000 mm take 5831 us; the wire counts units of 51.2 us.
-            QCOMPARE(int(result.echoes.at(sender).front().timeOfFlight), 5836);
+            QCOMPARE(int(result->echoesOf(sender).front().timeOfFlight), 5836);
         }
     }
 

@@ -105,10 +105,11 @@ EcuCommands::Outcome EcuCommands::writeSequence(Payload payload)
     payload = payload.subspan(1);
     if (payload.size() != count * orv::MseqStep::kWireSize)
         return {.status = EcuStatus::WrongLength};
-    std::vector<orv::MseqStep> steps;
-    for (std::size_t i = 0; i < count; ++i)
-        steps.push_back(orv::decodeStep(payload.subspan(i * orv::MseqStep::kWireSize)));
-    mState.sequence = std::move(steps);
+    mState.sequence.clear();
+    for (; !payload.empty(); payload = payload.subspan(orv::MseqStep::kWireSize)) {
+        if (const auto step = orv::decodeStep(payload))
+            mState.sequence.push_back(*step);
+    }
     return {.mustKeep = true};
 }
 
@@ -134,14 +135,14 @@ EcuCommands::Outcome EcuCommands::readThresholds(Payload payload) const
 
 EcuCommands::Outcome EcuCommands::writeThresholds(Payload payload, bool isKept)
 {
-    const orv::SensorThreshold threshold = orv::decodeThreshold(payload);
-    if (!threshold.valid)
+    const auto threshold = orv::decodeThreshold(payload);
+    if (!threshold)
         return {.status = EcuStatus::WrongLength};
-    if (threshold.sensorId >= orv::kSensorCount || threshold.scale >= orv::kThresholdScaleLimit)
+    if (threshold->sensorId >= orv::kSensorCount || threshold->scale >= orv::kThresholdScaleLimit)
         return {.status = EcuStatus::WrongValue};
-    mState.thresholds[threshold.sensorId] = threshold;
+    mState.thresholds[threshold->sensorId] = *threshold;
     if (isKept)
-        mState.keptThresholds[threshold.sensorId] = threshold;
+        mState.keptThresholds[threshold->sensorId] = *threshold;
     return {.mustKeep = isKept};
 }
 
@@ -162,10 +163,10 @@ EcuCommands::Outcome EcuCommands::network(Payload payload)
     }
     if (!isAccess(payload, ControlAccess::Write))
         return {.status = EcuStatus::WrongAccess};
-    const orv::EcuNetworkSettings settings = orv::decodeNetworkSettings(payload.subspan(1));
-    if (!settings.valid)
+    const auto settings = orv::decodeNetworkSettings(payload.subspan(1));
+    if (!settings)
         return {.status = EcuStatus::WrongLength};
-    mState.network = settings;
+    mState.network = *settings;
     mState.keptNetwork = settings;
     return {.mustKeep = true};
 }
@@ -179,8 +180,10 @@ EcuCommands::Outcome EcuCommands::positions(Payload payload)
     }
     if (!isAccess(payload, ControlAccess::Write))
         return {.status = EcuStatus::WrongAccess};
-    if (!orv::decodeMountPositions(payload.subspan(1), mState.positions))
+    const auto positions = orv::decodeMountPositions(payload.subspan(1));
+    if (!positions)
         return {.status = EcuStatus::WrongLength};
+    mState.positions = *positions;
     return {.mustKeep = true};
 }
 

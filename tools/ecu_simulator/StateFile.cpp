@@ -45,9 +45,10 @@ bool decodeSequence(const QJsonValue& value, EcuState& state)
     state.sequence.clear();
     for (const QJsonValue& item : items) {
         const Bytes bytes = fromHex(item);
-        if (bytes.size() != orv::MseqStep::kWireSize)
+        const auto step = orv::decodeStep(bytes);
+        if (!step || bytes.size() != orv::MseqStep::kWireSize)
             return false;
-        state.sequence.push_back(orv::decodeStep(bytes));
+        state.sequence.push_back(*step);
     }
     return true;
 }
@@ -58,24 +59,29 @@ bool decodeThresholds(const QJsonValue& value, EcuState& state)
     if (items.size() != orv::kSensorCount)
         return false;
     for (std::uint8_t id = 0; id < orv::kSensorCount; ++id) {
-        const orv::SensorThreshold threshold = orv::decodeThreshold(fromHex(items[id]));
-        if (!threshold.valid || threshold.sensorId != id ||
-            threshold.scale >= orv::kThresholdScaleLimit)
+        const auto threshold = orv::checkedThreshold(fromHex(items[id]), id).record;
+        if (!threshold)
             return false;
-        state.keptThresholds[id] = threshold;
+        state.keptThresholds[id] = *threshold;
     }
     state.thresholds = state.keptThresholds;
     return true;
+}
+
+bool decodePositions(const QJsonValue& value, EcuState& state)
+{
+    const auto positions = orv::decodeMountPositions(fromHex(value));
+    if (positions)
+        state.positions = *positions;
+    return positions.has_value();
 }
 
 bool decodeNetwork(const QJsonValue& value, EcuState& state)
 {
     if (value.isUndefined())
         return true;
-    const orv::EcuNetworkSettings settings = orv::decodeNetworkSettings(fromHex(value));
-    if (settings.valid)
-        state.keptNetwork = settings;
-    return settings.valid;
+    state.keptNetwork = orv::decodeNetworkSettings(fromHex(value));
+    return state.keptNetwork.has_value();
 }
 
 } // namespace
@@ -111,7 +117,7 @@ bool decodeState(const QByteArray& text, EcuState& state, QString& error)
         return reject(QStringLiteral("wrong measurement sequence"));
     if (!decodeThresholds(root.value(kThresholdsKey), read))
         return reject(QStringLiteral("wrong thresholds"));
-    if (!orv::decodeMountPositions(fromHex(root.value(kPositionsKey)), read.positions))
+    if (!decodePositions(root.value(kPositionsKey), read))
         return reject(QStringLiteral("wrong sensor positions"));
     if (!decodeNetwork(root.value(kNetworkKey), read))
         return reject(QStringLiteral("wrong network settings"));

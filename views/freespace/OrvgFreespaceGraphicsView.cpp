@@ -85,7 +85,7 @@ void OrvgFreespaceGraphicsView::animationFinished()
     mZoom->endAnimation();
 }
 
-void OrvgFreespaceGraphicsView::onNewFreespacePackage(orv::OrvFreespacePackage fspPackage)
+void OrvgFreespaceGraphicsView::onNewFreespacePackage(const orv::OrvFreespacePackage& fspPackage)
 {
     if (!mEditMode)
         mScene->draw(fspPackage);

@@ -46,7 +46,7 @@ public slots:
     void scalingTime();
     void animationFinished();
     /// Draws a package, but not in edit mode. Entries of unknown sensors are passed over.
-    void onNewFreespacePackage(orv::OrvFreespacePackage fspPackage);
+    void onNewFreespacePackage(const orv::OrvFreespacePackage& fspPackage);
     /// In edit mode the mouse and the keys reach the sensors, and there are no freespaces.
     void onSetEditMode(bool state);
     void onSelectionChanged();

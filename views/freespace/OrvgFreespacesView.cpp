@@ -74,7 +74,7 @@ void OrvgFreespacesView::onLoadButtonClicked()
     placeSensors();
 }
 
-void OrvgFreespacesView::onNewFreespacePackage(orv::OrvFreespacePackage fspPackage)
+void OrvgFreespacesView::onNewFreespacePackage(const orv::OrvFreespacePackage& fspPackage)
 {
     mUi->graphicsView->onNewFreespacePackage(fspPackage);
     for (const orv::OrvFreespaceEntry& entry : fspPackage.entries) {

@@ -37,7 +37,7 @@ signals:
 
 public slots:
     void onLoadButtonClicked();
-    void onNewFreespacePackage(orv::OrvFreespacePackage fspPackage);
+    void onNewFreespacePackage(const orv::OrvFreespacePackage& fspPackage);
     void onSetEditMode(bool state);
     void onSensorSelected(uint8_t fspId, orv::OrvSensorPosition sensorPosition);
     void onSensorParameterChanged(orv::OrvSensorPosition sensorPosition);

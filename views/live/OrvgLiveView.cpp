@@ -19,14 +19,6 @@ namespace {
 
 enum EchoColumn { TimeOfFlightColumn, MagnitudeColumn, EchoColumnCount };
 
-const std::vector<orv::OrvSensorEcho>& echoesOf(const orv::OrvMeasurementResult& result,
-                                                std::uint8_t sensor)
-{
-    static const std::vector<orv::OrvSensorEcho> kNoEchoes;
-    const auto found = result.echoes.find(sensor);
-    return found == result.echoes.end() ? kNoEchoes : found->second;
-}
-
 // The narrowest pane breaks the longer header into three lines; a header that wraps its texts
 // asks for the height of one line only.
 int wrappedHeaderHeight(const QTableWidget& table)
@@ -77,7 +69,7 @@ void OrvgLiveView::onSignalWidgetClicked(OrvgSignalWidget* widget)
 void OrvgLiveView::onNewMeasResult(const orv::OrvMeasurementResult& result)
 {
     for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
-        const auto& echoes = echoesOf(result, sensor);
+        const auto& echoes = result.echoesOf(sensor);
         mLines[sensor]->addMeasurement(echoes, result.role(sensor));
         if (sensor == mSelectedSensor && hasFirstEcho(echoes))
             showSignalInfo(echoes);

@@ -117,12 +117,12 @@ void OrvgSensorPositionView::writeXml(QXmlStreamWriter& writer)
 
 bool OrvgSensorPositionView::readFromXml(QXmlStreamReader& reader, std::string& errString)
 {
-    orv::SensorMountPositions positions;
-    if (!orv::decodeMountPositions(readBase64(reader), positions)) {
+    const auto positions = orv::decodeMountPositions(readBase64(reader));
+    if (!positions) {
         errString = "Invalid data format of sensor positions";
         return false;
     }
-    editedModel().setPositions(positions);
+    editedModel().setPositions(*positions);
     return true;
 }
 

@@ -146,7 +146,7 @@ void OrvgCurveRecordingDialog::keyPressEvent(QKeyEvent* event)
         QDialog::keyPressEvent(event);
 }
 
-void OrvgCurveRecordingDialog::onNewMeasResult(orv::OrvMeasurementResult result)
+void OrvgCurveRecordingDialog::onNewMeasResult(const orv::OrvMeasurementResult& result)
 {
     switch (mState) {
     case State::StartRequested:

@@ -45,7 +45,7 @@ public:
     void reject() override;
 
 public slots:
-    void onNewMeasResult(orv::OrvMeasurementResult result);
+    void onNewMeasResult(const orv::OrvMeasurementResult& result);
     void onRecordClicked();
     void onStopClicked();
     void onSaveClicked();

@@ -143,11 +143,11 @@ bool OrvgThresholdView::onWriteThresholds(bool silent)
     return true;
 }
 
-void OrvgThresholdView::onNewMeasResult(orv::OrvMeasurementResult result)
+void OrvgThresholdView::onNewMeasResult(const orv::OrvMeasurementResult& result)
 {
-    const auto echoes = result.echoes.find(currentSensor());
-    if (echoes != result.echoes.end())
-        mUi->mPlot->addData(echoes->second);
+    const auto& echoes = result.echoesOf(currentSensor());
+    if (!echoes.empty())
+        mUi->mPlot->addData(echoes);
 }
 
 void OrvgThresholdView::writeXml(QXmlStreamWriter& writer)

@@ -58,7 +58,7 @@ public slots:
     void onScaleChanged(int32_t index);
     /// Writes the selected sensor, permanently.
     bool onWriteThresholds(bool silent = false);
-    void onNewMeasResult(orv::OrvMeasurementResult result);
+    void onNewMeasResult(const orv::OrvMeasurementResult& result);
     /// Writes the content of the open section of a settings file.
     void writeXml(QXmlStreamWriter& writer);
     /// Takes the records of the current section; on failure the model is unchanged.

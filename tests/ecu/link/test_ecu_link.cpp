@@ -20,8 +20,6 @@ private slots:
     void drainEmptiesBothStreams();
     void floodDoesNotHoldTheDrain();
     void junkDoesNotEndTheDrain();
-    void takePassesOverJunk();
-    void reopenDropsWhatTheSystemBuffered();
     void portThatSomebodyHoldsIsAProblem();
     void portThatSomebodySharesIsAProblem();
     void oneStreamDoesNotTakeTheOthersPort();
@@ -115,29 +113,6 @@ void TestEcuLink::junkDoesNotEndTheDrain()
         mEcu->stream(mReceivePort, datagram);
     QVERIFY(link.drain());
     QVERIFY(!link.measurements().take(0));
-}
-
-void TestEcuLink::takePassesOverJunk()
-{
-    EcuLink link(network());
-    for (int i = 0; i < 50; ++i)
-        mEcu->stream(mReceivePort, {1, 2, 3});
-    mEcu->stream(mReceivePort, {});
-    mEcu->stream(mReceivePort, kMeasurement);
-    QVERIFY(link.measurements().take(0));
-    QVERIFY(!link.measurements().take(0));
-}
-
-void TestEcuLink::reopenDropsWhatTheSystemBuffered()
-{
-    EcuLink link(network());
-    mEcu->stream(mReceivePort, kMeasurement);
-    QVERIFY(link.measurements().take(0));
-    mEcu->stream(mReceivePort, kMeasurement);
-    link.measurements().reopen();
-    QVERIFY(!link.measurements().take(0));
-    mEcu->stream(mReceivePort, kMeasurement);
-    QVERIFY(link.measurements().take(0));
 }
 
 void TestEcuLink::portThatSomebodyHoldsIsAProblem()

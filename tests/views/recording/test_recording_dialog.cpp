@@ -23,7 +23,7 @@ class Source : public QObject
     Q_OBJECT
 
 signals:
-    void measResultReceived(orv::OrvMeasurementResult result);
+    void measResultReceived(const orv::OrvMeasurementResult& result);
 };
 
 // A recording whose results come from a poll; nobody answers its boxes.

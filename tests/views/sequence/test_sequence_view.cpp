@@ -88,7 +88,7 @@ private slots:
         mFixture->model().setSteps(SequenceViewFixture::steps(2));
         mFixture->click("addStepTb");
         QCOMPARE(mFixture->model().rowCount(), 3);
-        QCOMPARE(mFixture->model().steps()[2], orv::MseqStep{.valid = true});
+        QCOMPARE(mFixture->model().steps()[2], orv::MseqStep{});
     }
 
     void addInsertsBehindTheCurrentRow()
@@ -97,7 +97,7 @@ private slots:
         mFixture->setCurrent(3, 2);
         mFixture->click("addStepTb");
         QCOMPARE(mFixture->model().rowCount(), 7);
-        QCOMPARE(mFixture->model().steps()[4], orv::MseqStep{.valid = true});
+        QCOMPARE(mFixture->model().steps()[4], orv::MseqStep{});
         QCOMPARE(mFixture->table().currentIndex(), mFixture->model().index(3, 2));
     }
 

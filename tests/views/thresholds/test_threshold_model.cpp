@@ -53,9 +53,10 @@ private slots:
     void newRecordsAreInvalidZeroAndAtTheThirdScale()
     {
         for (int sensor = 0; sensor < 12; ++sensor) {
-            const orv::SensorThreshold expected{
-                .valid = false, .sensorId = static_cast<std::uint8_t>(sensor), .scale = 2};
+            const orv::SensorThreshold expected{.sensorId = static_cast<std::uint8_t>(sensor),
+                                                .scale = 2};
             QCOMPARE(mModel->record(sensor), expected);
+            QVERIFY(!mModel->record(sensor).valid);
         }
     }
 

@@ -1,3 +1,4 @@
+#include "orv_decoder/LiveRecord.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "orv_decoder/OrvMeasurementResult.h"
@@ -68,17 +69,19 @@ public:
 };
 
 // Whether the sensor hears its own echo in one of its next `count` measurements; nothing when the
-// stream ends.
+// stream ends or is no such stream.
 std::optional<bool> hearsItself(LoopbackPeer& receiver, std::uint8_t sensor, int count)
 {
     while (count > 0) {
         const auto datagram = receiver.receive(5000);
         if (!datagram)
             return std::nullopt;
-        const orv::OrvMeasurementResult result = orv::decodeMeasurementResult(*datagram);
-        if (result.role(sensor) != orv::OrvSensorRole::Sending)
+        const auto result = orv::decodeDatagram<orv::OrvMeasurementResult>(*datagram);
+        if (!result)
+            return std::nullopt;
+        if (result->role(sensor) != orv::OrvSensorRole::Sending)
             continue;
-        if (result.echoes.contains(sensor))
+        if (!result->echoesOf(sensor).empty())
             return true;
         --count;
     }
