@@ -6,7 +6,7 @@
 #include "app/LinkDisplay.h"
 #include "app/OrvgAboutDialog.h"
 #include "app/OrvgConnectionSettingsDialog.h"
-#include "app/SettingsExchange.h"
+#include "app/SettingsFileCommands.h"
 #include "ecu/configuration/NetworkSection.h"
 #include "ecu/link/EcuLink.h"
 #include "ecu/link/LinkSupervisor.h"
@@ -59,7 +59,7 @@ void TarvioWindow::createConfigurationCommands()
     mSynchronisation = std::make_unique<EcuSynchronisation>(ecuItems(views), this);
     QVector<SettingsSection> sections = settingsSections(views);
     sections.prepend(networkSection());
-    mSettingsExchange = std::make_unique<SettingsExchange>(SettingsFile(sections), this);
+    mSettingsFileCommands = std::make_unique<SettingsFileCommands>(SettingsFile(sections), this);
 }
 
 SettingsSection TarvioWindow::networkSection()
@@ -271,12 +271,12 @@ void TarvioWindow::onConnectionSettings()
 
 void TarvioWindow::onSaveToXml()
 {
-    mSettingsExchange->exportSettings();
+    mSettingsFileCommands->exportSettings();
 }
 
 void TarvioWindow::onReadFromXml()
 {
-    mSettingsExchange->importSettings();
+    mSettingsFileCommands->importSettings();
 }
 
 void TarvioWindow::syncFromEcu()

@@ -16,7 +16,7 @@ class OrvgLiveView;
 class QMdiSubWindow;
 class QSettings;
 class QXmlStreamReader;
-class SettingsExchange;
+class SettingsFileCommands;
 struct SettingsSection;
 
 namespace Ui {
@@ -80,7 +80,7 @@ private:
     std::unique_ptr<EcuLink> mLink;
     std::unique_ptr<LinkSupervisor> mSupervisor;
     std::unique_ptr<EcuSynchronisation> mSynchronisation;
-    std::unique_ptr<SettingsExchange> mSettingsExchange;
+    std::unique_ptr<SettingsFileCommands> mSettingsFileCommands;
     OrvgLiveView* mLiveView = nullptr;             // child, in an MDI sub-window
     OrvgFreespacesView* mFreespacesView = nullptr; // child, in an MDI sub-window
     WindowState mWindowState;
