@@ -17,7 +17,6 @@ class QMdiSubWindow;
 class QSettings;
 class QXmlStreamReader;
 class SettingsFileCommands;
-struct SettingsSection;
 
 namespace Ui {
 class MainWindow;
@@ -32,6 +31,9 @@ class TarvioWindow : public QMainWindow
 public:
     explicit TarvioWindow(QWidget* parent = nullptr);
     ~TarvioWindow() override;
+
+    /// Keeps the network values of a settings file until the connection dialog accepts them.
+    bool importNetworkSection(QXmlStreamReader& reader, std::string& errString);
 
 signals:
     void measResultReceived(orv::OrvMeasurementResult mres);
@@ -57,7 +59,6 @@ protected:
 private:
     void writeDefaultNetworkSettings();
     void createConfigurationCommands();
-    SettingsSection networkSection();
     void initViews();
     void createMdiViews();
     QMdiSubWindow* addSubWindow(QWidget* view);
@@ -73,7 +74,6 @@ private:
     void connectActions();
     void syncFromEcu();
     void transmitToEcu();
-    bool importNetworkSection(QXmlStreamReader& reader, std::string& errString);
 
     std::unique_ptr<Ui::MainWindow> mUi;
     QSettings* mSettings; // child

@@ -56,17 +56,17 @@ void TestSettingsFileCommands::init()
 
 SettingsFileCommands TestSettingsFileCommands::commands()
 {
-    const SettingsSection section{
+    const ConfigurationPart part{
         .element = QStringLiteral("MSEQ"),
         .errorName = QStringLiteral("Measurement sequence"),
-        .write = [this](QXmlStreamWriter& writer) { writer.writeCharacters(mText); },
-        .read =
+        .writeXml = [this](QXmlStreamWriter& writer) { writer.writeCharacters(mText); },
+        .readFromXml =
             [this](QXmlStreamReader& reader, std::string& error) {
                 mText = reader.readElementText();
                 error = "wrong id value";
                 return mText != QStringLiteral("bad");
             }};
-    return {SettingsFile({section}), nullptr};
+    return {SettingsFile({part}), nullptr};
 }
 
 void TestSettingsFileCommands::exportTo(const QString& fileName)

@@ -86,6 +86,16 @@ bool OrvgThresholdView::restoreState(const QByteArray& state)
     return mUi->mSplitter->restoreState(state);
 }
 
+void OrvgThresholdView::setRecords(std::span<const orv::SensorThreshold> records)
+{
+    OrvgThreshItemModel& model = editedModel();
+    for (const orv::SensorThreshold& record : records)
+        model.setRecord(record);
+    const std::uint8_t sensor = currentSensor();
+    if (sensor != orv::kNoSensor)
+        showCurve(sensor);
+}
+
 void OrvgThresholdView::onReadThresholds(bool silent)
 {
     const std::uint8_t sensor = currentSensor();
@@ -158,16 +168,8 @@ void OrvgThresholdView::writeXml(QXmlStreamWriter& writer)
 
 bool OrvgThresholdView::readFromXml(QXmlStreamReader& reader, std::string& errString)
 {
-    std::vector<orv::SensorThreshold> records;
-    if (!readThresholdSection(reader, records, errString))
-        return false;
-    OrvgThreshItemModel& model = editedModel();
-    for (const orv::SensorThreshold& record : records)
-        model.setRecord(record);
-    const std::uint8_t sensor = currentSensor();
-    if (sensor != orv::kNoSensor)
-        showCurve(sensor);
-    return true;
+    return takeSection(readThresholdSection(reader), errString,
+                       [this](const auto& records) { setRecords(records); });
 }
 
 bool OrvgThresholdView::onReceiveAll(bool silent)

@@ -49,6 +49,9 @@ public:
     QByteArray saveState() const;
     bool restoreState(const QByteArray& state);
 
+    /// Replaces the records of their sensors, those of the others stay.
+    void setRecords(std::span<const orv::SensorThreshold> records);
+
 public slots:
     /// Reads the selected sensor. A missing selection and a failure are always shown.
     void onReadThresholds(bool silent = false);

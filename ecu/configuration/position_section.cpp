@@ -1,0 +1,16 @@
+#include "ecu/configuration/position_section.h"
+
+#include "ecu/configuration/xml_sections.h"
+
+void writePositionSection(QXmlStreamWriter& writer, const orv::SensorMountPositions& positions)
+{
+    writeBase64(writer, orv::encodeMountPositions(positions));
+}
+
+SectionResult<orv::SensorMountPositions> readPositionSection(QXmlStreamReader& reader)
+{
+    orv::SensorMountPositions positions;
+    if (!orv::decodeMountPositions(readBase64(reader), positions))
+        return {.error = "Invalid data format of sensor positions"};
+    return {.value = positions};
+}
