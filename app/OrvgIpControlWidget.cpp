@@ -1,6 +1,7 @@
 #include "app/OrvgIpControlWidget.h"
 
 #include "app/OctetEdit.h"
+#include "ecu/store/ip_address.h"
 
 #include <QCoreApplication>
 #include <QHBoxLayout>
@@ -16,11 +17,6 @@ constexpr int kMinWidth = 96;
 constexpr int kBitsPerOctet = 8;
 constexpr std::uint32_t kOctetMask = 0xFF;
 constexpr QLatin1Char kDot('.');
-
-QString withoutLeadingZeros(const QString& octet)
-{
-    return octet.isEmpty() ? octet : QString::number(octet.toUInt());
-}
 
 } // namespace
 

@@ -1,6 +1,5 @@
 #include "app/TarvioWindow.h"
 
-#include "app/DockTitleStyle.h"
 #include "app/EcuSynchronisation.h"
 #include "app/FixedSubWindow.h"
 #include "app/LinkDisplay.h"
@@ -8,6 +7,7 @@
 #include "app/OrvgConnectionSettingsDialog.h"
 #include "app/SettingsFileCommands.h"
 #include "app/configuration_parts.h"
+#include "app/window_layout.h"
 #include "ecu/configuration/network_section.h"
 #include "ecu/link/EcuLink.h"
 #include "ecu/link/LinkSupervisor.h"
@@ -20,18 +20,8 @@
 #include "views/recording/OrvgCurveRecordingDialog.h"
 
 #include <QEvent>
-#include <QIcon>
 #include <QMdiSubWindow>
-#include <QScreen>
 #include <QSettings>
-#include <QStyle>
-#include <QTabBar>
-
-namespace {
-
-constexpr int kFirstDockHeight = 300;
-
-} // namespace
 
 TarvioWindow::TarvioWindow(QWidget* parent)
     : QMainWindow(parent), mUi(std::make_unique<Ui::MainWindow>())
@@ -65,11 +55,10 @@ void TarvioWindow::createConfigurationCommands()
 void TarvioWindow::initViews()
 {
     createMdiViews();
-    styleDockTitles();
-    restoreWindowState();
+    addStates();
+    layOut();
+    mWindowState.restore(*mSettings);
     handOutControlClient();
-    fillViewMenu();
-    keepToolBar();
     new LinkDisplay(*mSupervisor, statusBar());
     connectLiveData();
     connectActions();
@@ -83,7 +72,7 @@ void TarvioWindow::createMdiViews()
     connect(mFreespacesView, &OrvgFreespacesView::editModeActivated, this,
             &TarvioWindow::onActivateSensorView);
     addSubWindow(mFreespacesView);
-    makeRoomForTabs();
+    window_layout::makeRoomForTabs(*mUi->mMdiArea);
     // The live echoes come first, but being shown brings the last sub-window to the front.
     QMetaObject::invokeMethod(
         mUi->mMdiArea, [this, liveWindow] { mUi->mMdiArea->setActiveSubWindow(liveWindow); },
@@ -98,47 +87,22 @@ QMdiSubWindow* TarvioWindow::addSubWindow(QWidget* view)
     return window;
 }
 
-// The area asks for the height of its views, but shows their tabs besides.
-void TarvioWindow::makeRoomForTabs()
-{
-    const auto* tabs = mUi->mMdiArea->findChild<QTabBar*>();
-    mUi->mMdiArea->setMinimumHeight(mUi->mMdiArea->minimumSizeHint().height() +
-                                    tabs->sizeHint().height());
-}
-
-void TarvioWindow::styleDockTitles()
-{
-    auto* style = new DockTitleStyle;
-    style->setParent(this);
-    for (QDockWidget* dock : {mUi->mseqDock, mUi->thresholdDock, mUi->sensorPositionDock})
-        dock->setStyle(style);
-}
-
-void TarvioWindow::restoreWindowState()
+void TarvioWindow::addStates()
 {
     mWindowState.addWindow(this);
     mWindowState.addView(QStringLiteral("live_view"), mLiveView);
     mWindowState.addView(QStringLiteral("freespaces_view"), mFreespacesView);
     mWindowState.addView(QStringLiteral("thresholds_view"), mUi->mThresholdView);
-    arrangeDocks();
-    mWindowState.restore(*mSettings);
 }
 
-void TarvioWindow::arrangeDocks()
+void TarvioWindow::layOut()
 {
-    tabifyDockWidget(mUi->thresholdDock, mUi->sensorPositionDock);
-    tabifyDockWidget(mUi->thresholdDock, mUi->mseqDock);
-    // Tabbing leaves the last one in front.
-    mUi->thresholdDock->raise();
-    // By their size hints the docks would leave the live echoes a single timeline.
-    resizeDocks({mUi->thresholdDock}, {kFirstDockHeight}, Qt::Vertical);
-    fitOnScreen();
-}
-
-void TarvioWindow::fitOnScreen()
-{
-    const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
-    resize(size().boundedTo(screen()->availableSize() - QSize(0, titleBar)));
+    const window_layout::EditorDocks docks{mUi->mseqDock, mUi->thresholdDock,
+                                           mUi->sensorPositionDock};
+    window_layout::styleTitles(*this, docks);
+    window_layout::arrange(*this, docks);
+    window_layout::addToggles(*mUi->menuView, docks);
+    window_layout::keepToolBar(*mUi->mainToolBar);
 }
 
 void TarvioWindow::handOutControlClient()
@@ -147,23 +111,6 @@ void TarvioWindow::handOutControlClient()
     mUi->mMseqView->setCtrlClient(client);
     mUi->mThresholdView->setCtrlClient(client);
     mUi->mSensorPositionView->setCtrlClient(client);
-}
-
-void TarvioWindow::fillViewMenu()
-{
-    const auto addToggle = [this](QDockWidget* dock, const QString& icon) {
-        dock->toggleViewAction()->setIcon(QIcon(icon));
-        mUi->menuView->addAction(dock->toggleViewAction());
-    };
-    addToggle(mUi->mseqDock, QStringLiteral(":/icons/icons/mseq.png"));
-    addToggle(mUi->thresholdDock, QStringLiteral(":/icons/icons/thresholds.png"));
-    addToggle(mUi->sensorPositionDock, QStringLiteral(":/icons/icons/sposition.png"));
-}
-
-// The bar has no title: its entry in the context menu would be a blank line that hides it.
-void TarvioWindow::keepToolBar()
-{
-    mUi->mainToolBar->toggleViewAction()->setVisible(false);
 }
 
 void TarvioWindow::connectLiveData()

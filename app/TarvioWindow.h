@@ -62,14 +62,9 @@ private:
     void initViews();
     void createMdiViews();
     QMdiSubWindow* addSubWindow(QWidget* view);
-    void makeRoomForTabs();
-    void styleDockTitles();
-    void restoreWindowState();
-    void arrangeDocks();
-    void fitOnScreen();
+    void addStates();
+    void layOut();
     void handOutControlClient();
-    void fillViewMenu();
-    void keepToolBar();
     void connectLiveData();
     void connectActions();
     void syncFromEcu();

@@ -37,7 +37,7 @@ LinkSupervisor::LinkSupervisor(EcuLink& link, QObject* parent, const LinkInterva
 void LinkSupervisor::start()
 {
     mStatusTimer.start();
-    QTimer::singleShot(mIntervals.firstProbe, Qt::PreciseTimer, this, &LinkSupervisor::judge);
+    judgeSoon();
     tellPortProblems();
 }
 
@@ -62,12 +62,20 @@ void LinkSupervisor::startPolling()
 void LinkSupervisor::reconnect(const LinkSettings& network)
 {
     mLink.reconnect(network);
-    mWasConnected = std::exchange(mConnected, false);
+    mWasConnected = mState.connected;
+    mConnected = false;
+    mHasLiveData = false;
     // The probe below is the one that counts.
     mNextPollProbe.setRemainingTime(mIntervals.pollProbe);
     setState({.connected = false, .noLiveData = mState.noLiveData});
-    QTimer::singleShot(mIntervals.firstProbe, Qt::PreciseTimer, this, &LinkSupervisor::judge);
+    judgeSoon();
     tellPortProblems();
+}
+
+void LinkSupervisor::judgeSoon()
+{
+    QTimer::singleShot(mIntervals.firstProbe, Qt::PreciseTimer, this,
+                       &LinkSupervisor::judgeConnection);
 }
 
 void LinkSupervisor::poll()
@@ -86,7 +94,18 @@ void LinkSupervisor::poll()
 void LinkSupervisor::judge()
 {
     // While somebody polls, the poll takes what arrives: here it has taken nothing for a while.
-    const bool received = !mPollTimer.isActive() && mLink.drain();
+    mHasLiveData = false;
+    judgeConnection();
+}
+
+void LinkSupervisor::judgeConnection()
+{
+    if (mPollTimer.isActive()) {
+        mConnected = checkConnection();
+        setState({.connected = mConnected || mHasLiveData, .noLiveData = !mHasLiveData});
+        return;
+    }
+    const bool received = mLink.drain();
     const bool answered = (received && mConnected) || checkConnection();
     mConnected = received || answered;
     setState({.connected = mConnected, .noLiveData = !received});
@@ -149,6 +168,7 @@ bool LinkSupervisor::handOnFreespace(int waitMs)
 
 void LinkSupervisor::noteLiveRecord()
 {
+    mHasLiveData = true;
     mStatusTimer.start();
     setState({.connected = true, .noLiveData = false});
 }

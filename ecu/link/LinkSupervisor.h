@@ -92,6 +92,8 @@ signals:
     void portProblemsChanged();
 
 private:
+    void judgeSoon();
+    void judgeConnection();
     bool isLate(qint64 nowMs);
     bool handOnOneOfEach(int waitMs);
     bool handOnMeasurement(int waitMs);
@@ -107,6 +109,7 @@ private:
     const LinkIntervals mIntervals;
     bool mConnected = false;    // the ECU answered the last probe
     bool mWasConnected = false; // before the connection was changed, until the next probe
+    bool mHasLiveData = false;  // the poll took a record since the connection was changed or judged
     bool mInitialSyncDone = false;
     State mState;
     QTimer mPollTimer;

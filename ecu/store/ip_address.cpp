@@ -22,12 +22,17 @@ bool isOctet(const QString& text)
            std::all_of(text.begin(), text.end(), isDigit) && text.toInt() <= kMaxOctet;
 }
 
+QString withoutLeadingZeros(const QString& octet)
+{
+    return octet.isEmpty() ? octet : QString::number(octet.toUInt());
+}
+
 QString completeAddress(const QString& text)
 {
     QStringList octets = text.trimmed().split(kDot);
     if (octets.size() != kOctetCount || !std::all_of(octets.begin(), octets.end(), isOctet))
         return {};
     for (QString& octet : octets)
-        octet = QString::number(octet.toInt());
+        octet = withoutLeadingZeros(octet);
     return octets.join(kDot);
 }

@@ -3,6 +3,7 @@
 #include "tests/support/Mutator.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryProfile.h"
+#include "tests/support/TestClock.h"
 
 #include <QDockWidget>
 #include <QFileInfo>
@@ -277,10 +278,11 @@ void TestDamagedStore::junkInTheFileIsLeftAlone_data()
         "[main_window]\nlive_view=@ByteArray(\\0\\0\\0\\xff\\0\\0\\0\\x1\\x7f\\xff)\n");
 }
 
-// The junk leaves the default address in place, but nothing is sent before the first probe.
+// The junk leaves the default address in place, so time stands still before the first probe.
 void TestDamagedStore::junkInTheFileIsLeftAlone()
 {
     QFETCH(QByteArray, content);
+    const TestClock noProbe;
     QFile file(mProfile->fileName());
     QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
     file.write(content);
@@ -308,6 +310,7 @@ void TestDamagedStore::storeThatIsNoFileIsLeftAlone()
         QCOMPARE(::mkfifo(qPrintable(name), 0600), 0);
     else
         QVERIFY(QFile::link(QStringLiteral("/dev/zero"), name));
+    const TestClock noProbe; // of the default address
     TarvioWindow window;
     window.show();
     QCOMPARE(faultOf(window), QString());

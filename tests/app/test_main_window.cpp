@@ -1,6 +1,7 @@
 #include "app/TarvioWindow.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/TemporaryProfile.h"
+#include "tests/support/TestClock.h"
 #include "views/freespace/OrvgFreespacesView.h"
 #include "views/live/OrvgLiveView.h"
 #include "views/thresholds/OrvgThresholdView.h"
@@ -357,10 +358,10 @@ void TestMainWindow::junkInTheStoreIsAFirstStart_data()
     QTest::newRow("other groups only") << QByteArray("[elsewhere]\nkey=1\n");
 }
 
-// Nothing is sent before the event loop runs, so the default address may stand here.
 void TestMainWindow::junkInTheStoreIsAFirstStart()
 {
     QFETCH(QByteArray, content);
+    const TestClock noProbe; // of the default address
     QFile file(mProfile->fileName());
     QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
     file.write(content);

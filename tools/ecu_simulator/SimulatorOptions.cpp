@@ -1,10 +1,9 @@
 #include "tools/ecu_simulator/SimulatorOptions.h"
 
-#include "orv_decoder/constants.h"
+#include "tools/ecu_simulator/OptionReader.h"
 
 #include <QCommandLineParser>
 
-#include <limits>
 #include <stdexcept>
 
 namespace ecusim {
@@ -15,117 +14,6 @@ constexpr std::uint16_t kDefaultControlPort = 50002;
 constexpr std::uint16_t kDefaultReceivePort = 50001;
 constexpr std::uint16_t kDefaultFreespacePort = 50003;
 constexpr std::uint32_t kSubnetMask24 = 0x00FFFFFF; // 255.255.255.0, first octet lowest
-
-/// Takes typed values out of the parser; throws std::invalid_argument with a whole sentence.
-class OptionReader
-{
-public:
-    explicit OptionReader(const QCommandLineParser& parser) : mParser(parser) {}
-
-    bool isSet(const char* name) const { return mParser.isSet(QLatin1String(name)); }
-    QString text(const char* name) const { return mParser.value(QLatin1String(name)); }
-    QStringList texts(const char* name) const { return mParser.values(QLatin1String(name)); }
-
-    double number(const char* name, double from, double to, double otherwise) const
-    {
-        if (!isSet(name))
-            return otherwise;
-        bool isNumber = false;
-        const double value = text(name).toDouble(&isNumber);
-        // Written so that it refuses "nan" too.
-        if (!isNumber || !(value >= from && value <= to))
-            refuse(name, QStringLiteral("a number from %1 to %2").arg(from).arg(to));
-        return value;
-    }
-
-    double share(const char* name) const { return number(name, 0, 1, 0); }
-
-    std::optional<std::uint16_t> port(const char* name, int lowest) const
-    {
-        if (!isSet(name))
-            return std::nullopt;
-        return static_cast<std::uint16_t>(integer(name, text(name), lowest, 65535));
-    }
-
-    std::optional<QHostAddress> address(const char* name) const
-    {
-        if (!isSet(name))
-            return std::nullopt;
-        QHostAddress address;
-        if (!address.setAddress(text(name)) || address.protocol() != QAbstractSocket::IPv4Protocol)
-            refuse(name, QStringLiteral("an IPv4 address"));
-        return address;
-    }
-
-    template<typename Value>
-    Value choice(const char* name, const std::vector<std::pair<QString, Value>>& choices) const
-    {
-        if (!isSet(name))
-            return choices.front().second;
-        QStringList words;
-        for (const auto& [word, value] : choices) {
-            if (word == text(name))
-                return value;
-            words += word;
-        }
-        refuse(name, QStringLiteral("one of ") + words.join(QStringLiteral(", ")));
-    }
-
-    std::uint64_t seed(const char* name) const
-    {
-        if (!isSet(name))
-            return SimulatorOptions().seed;
-        bool isNumber = false;
-        const std::uint64_t value = text(name).toULongLong(&isNumber);
-        if (!isNumber)
-            refuse(name, QStringLiteral("a whole number from 0"));
-        return value;
-    }
-
-    // "3,7": numbers as they are shown, 1 to 12.
-    std::uint16_t sensorMask(const char* name) const
-    {
-        std::uint16_t mask = 0;
-        for (const QString& item : isSet(name) ? text(name).split(QLatin1Char(',')) : QStringList())
-            mask |=
-                static_cast<std::uint16_t>(1U << (integer(name, item, 1, orv::kSensorCount) - 1));
-        return mask;
-    }
-
-    // "2=5", repeated.
-    std::map<std::uint8_t, std::uint8_t> statuses(const char* name) const
-    {
-        std::map<std::uint8_t, std::uint8_t> statuses;
-        for (const QString& item : texts(name)) {
-            const QStringList sides = item.split(QLatin1Char('='));
-            if (sides.size() != 2)
-                refuse(name, QStringLiteral("CODE=STATUS"));
-            const auto code = static_cast<std::uint8_t>(integer(name, sides[0], 0, 255));
-            statuses[code] = static_cast<std::uint8_t>(integer(name, sides[1], 0, 255));
-        }
-        return statuses;
-    }
-
-private:
-    int integer(const char* name, const QString& digits, int from, int to) const
-    {
-        bool isNumber = false;
-        const int value = digits.toInt(&isNumber);
-        if (!isNumber || value < from || value > to)
-            refuse(name, QStringLiteral("a whole number from %1 to %2").arg(from).arg(to));
-        return value;
-    }
-
-    [[noreturn]] void refuse(const char* name, const QString& expected) const
-    {
-        throw std::invalid_argument(
-            QStringLiteral("--%1 takes %2, not \"%3\".")
-                .arg(QLatin1String(name), expected, texts(name).join(QLatin1Char(' ')))
-                .toStdString());
-    }
-
-    const QCommandLineParser& mParser;
-};
 
 QCommandLineOption option(const char* name, const char* description, const char* value)
 {
@@ -256,7 +144,7 @@ SimulatorOptions readOptions(const OptionReader& reader)
     options.network = readNetwork(reader);
     options.stateFile = reader.text("state");
     options.rate = reader.number("rate", 0.1, 1000, options.rate);
-    options.seed = reader.seed("seed");
+    options.seed = reader.seed("seed", options.seed);
     options.scene = reader.choice<SceneKind>("scene", {{QStringLiteral("car"), SceneKind::Car},
                                                        {QStringLiteral("wall"), SceneKind::Wall}});
     options.wallDistanceMm = reader.number("wall-distance", 1, 20000, options.wallDistanceMm);

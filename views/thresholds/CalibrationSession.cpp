@@ -42,9 +42,18 @@ void CalibrationSession::showDialog()
 void CalibrationSession::end(CalibrationRun::Ending ending)
 {
     delete mDialog;
-    emit ended(mRun->sensorId());
+    const std::uint8_t sensorId = mRun->sensorId();
+    emit ended(sensorId);
+    // A box runs an event loop of its own, which must not happen inside the tick that ended the
+    // run.
+    QMetaObject::invokeMethod(
+        this, [this, ending, sensorId] { conclude(ending, sensorId); }, Qt::QueuedConnection);
+}
+
+void CalibrationSession::conclude(CalibrationRun::Ending ending, std::uint8_t sensorId)
+{
     if (ending == CalibrationRun::Ending::Finished)
-        emit succeeded(mRun->sensorId());
+        emit succeeded(sensorId);
     else
         tell(ending);
 }

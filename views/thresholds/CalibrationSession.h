@@ -36,6 +36,7 @@ signals:
 private:
     void showDialog();
     void end(CalibrationRun::Ending ending);
+    void conclude(CalibrationRun::Ending ending, std::uint8_t sensorId);
     void tell(CalibrationRun::Ending ending);
     void showCalibrationError(const QString& text);
 

@@ -238,6 +238,21 @@ private slots:
         QCOMPARE(open, QString("box alone"));
     }
 
+    void endIsToldAfterTheTickThatEndedIt()
+    {
+        start(4, {-1});
+        mBoxes.reset();
+        bool isTicking = true;
+        QString told;
+        whenOpened<QMessageBox>(mHost, [&](QMessageBox& box) {
+            told = isTicking ? "inside the tick" : "after it";
+            box.accept();
+        });
+        mFixture->clock.runTo(60'000);
+        isTicking = false;
+        QTRY_COMPARE(told, QString("after it"));
+    }
+
     void abortButtonEscapeAndCloseDoNotEndIt()
     {
         start(4, {1, 0});
@@ -351,7 +366,12 @@ private:
         mFixture->click("mCalibrateTb");
     }
 
-    void runToItsEnd() { mFixture->clock.runTo(60'000); }
+    // What follows the end comes from the event loop.
+    void runToItsEnd()
+    {
+        mFixture->clock.runTo(60'000);
+        QCoreApplication::processEvents();
+    }
 
     // Whether the bar is filled at this fraction of its width.
     static bool isFilled(double place)

@@ -34,11 +34,17 @@ public:
     OrvgThreshItemModel& model() { return static_cast<OrvgThreshItemModel&>(*table().model()); }
     void click(const char* button) { view.findChild<QToolButton*>(QLatin1String(button))->click(); }
 
-    /// Until the calibration has ended.
+    /// Until the calibration has ended and what follows has come from the event loop.
+    void runToTheEnd()
+    {
+        clock.runTo(60'000);
+        QCoreApplication::processEvents();
+    }
+
     void calibrate()
     {
         click("mCalibrateTb");
-        clock.runTo(60'000);
+        runToTheEnd();
     }
 
     void raiseCurve()
@@ -188,7 +194,7 @@ private slots:
         Bench bench({"--calibration", "never"});
         bench.click("mCalibrateTb");
         bench.ecu.stop();
-        bench.clock.runTo(60'000);
+        bench.runToTheEnd();
         QCOMPARE(mBoxes->boxes().size(), 1);
         QCOMPARE(mBoxes->boxes()[0].title, QString("Communication error"));
         QCOMPARE(mBoxes->boxes()[0].text, QString("socket: receive timeout"));
