@@ -11,7 +11,7 @@ namespace {
 
 QString failureOf(int sensor, const std::string& reason)
 {
-    return QCoreApplication::translate("ThresholdTransfer", "Sensor %1: %2")
+    return QCoreApplication::translate("Threshold", "Sensor %1: %2")
         .arg(QString::number(sensor + 1).rightJustified(2), QString::fromStdString(reason));
 }
 
