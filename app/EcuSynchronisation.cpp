@@ -10,42 +10,38 @@ namespace {
 
 constexpr int kSuccessMessageMs = 10000;
 
+template<typename Exchange>
+QStringList underWaitCursor(Exchange exchange, const QVector<ConfigurationPart>& parts)
+{
+    const WaitCursor waitCursor;
+    return exchange(parts);
+}
+
 } // namespace
 
-EcuSynchronisation::EcuSynchronisation(QVector<EcuItem> items, QMainWindow* window)
-    : mItems(std::move(items)), mWindow(window)
+EcuSynchronisation::EcuSynchronisation(QVector<ConfigurationPart> parts, QMainWindow* window)
+    : mParts(std::move(parts)), mWindow(window)
 {}
 
 void EcuSynchronisation::readInteractively() const
 {
     if (!confirmOverwrite(mWindow, tr("Sync from ECU")))
         return;
-    report(failuresOf(&EcuItem::read),
+    report(underWaitCursor(readAllFromEcu, mParts),
            tr("Some communication errors are detected during reading \n\n%1"),
            tr("ECU data sync: SUCCESS!"));
 }
 
 void EcuSynchronisation::readSilently() const
 {
-    failuresOf(&EcuItem::read);
+    underWaitCursor(readAllFromEcu, mParts);
 }
 
 void EcuSynchronisation::transmit() const
 {
-    report(failuresOf(&EcuItem::write),
+    report(underWaitCursor(writeAllToEcu, mParts),
            tr("Some communication errors are detected during transmitting. \n\n%1"),
            tr("Setting successfully transmitted to ECU!"));
-}
-
-QStringList EcuSynchronisation::failuresOf(Operation operation) const
-{
-    const WaitCursor waitCursor;
-    QStringList failures;
-    for (const EcuItem& item : mItems) {
-        if (!(item.*operation)())
-            failures.append(item.name);
-    }
-    return failures;
 }
 
 void EcuSynchronisation::report(const QStringList& failures, const QString& failure,

@@ -6,14 +6,19 @@
 #include <QFileDialog>
 #include <QPushButton>
 
+namespace {
+
+// In the form each check box carries the name of its section.
+constexpr auto kSectionProperty = "section";
+
+} // namespace
+
 OrvgOpenXmlSettingsDialog::OrvgOpenXmlSettingsDialog(QWidget* parent)
     : QDialog(parent), mUi(std::make_unique<Ui::OrvgOpenXmlSettingsDialog>())
 {
     mUi->setupUi(this);
-    mCheckBoxes = {{QStringLiteral("Network"), mUi->mNetworkCb},
-                   {QStringLiteral("MSEQ"), mUi->mMseqCb},
-                   {QStringLiteral("Thresholds"), mUi->mThresholdsCb},
-                   {QStringLiteral("MountPositions"), mUi->mPositionsCb}};
+    for (QCheckBox* box : mUi->mImportMaskGroupBox->findChildren<QCheckBox*>())
+        mCheckBoxes.insert(box->property(kSectionProperty).toString(), box);
     setImportEnabled(false);
     connect(mUi->mBrowseButton, &QPushButton::clicked, this, &OrvgOpenXmlSettingsDialog::onBrowse);
     connect(mUi->mFileLineEdit, &QLineEdit::textChanged, this,

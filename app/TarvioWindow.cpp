@@ -1,13 +1,14 @@
 #include "app/TarvioWindow.h"
 
-#include "app/ConfigurationViews.h"
+#include "app/EcuSynchronisation.h"
 #include "app/FixedSubWindow.h"
 #include "app/LinkDisplay.h"
 #include "app/OrvgAboutDialog.h"
 #include "app/OrvgConnectionSettingsDialog.h"
-#include "app/SettingsExchange.h"
+#include "app/SettingsFileCommands.h"
+#include "app/configuration_parts.h"
 #include "app/window_layout.h"
-#include "ecu/configuration/NetworkSection.h"
+#include "ecu/configuration/network_section.h"
 #include "ecu/link/EcuLink.h"
 #include "ecu/link/LinkSupervisor.h"
 #include "ecu/store/ConnectionSettings.h"
@@ -45,22 +46,10 @@ void TarvioWindow::writeDefaultNetworkSettings()
 
 void TarvioWindow::createConfigurationCommands()
 {
-    const ConfigurationViews views{mUi->mThresholdView, mUi->mMseqView, mUi->mSensorPositionView};
-    mSynchronisation = std::make_unique<EcuSynchronisation>(ecuItems(views), this);
-    QVector<SettingsSection> sections = settingsSections(views);
-    sections.prepend(networkSection());
-    mSettingsExchange = std::make_unique<SettingsExchange>(SettingsFile(sections), this);
-}
-
-SettingsSection TarvioWindow::networkSection()
-{
-    return {
-        .element = QStringLiteral("Network"),
-        .errorName = QStringLiteral("Network"),
-        .write =
-            [this](QXmlStreamWriter& writer) { settings::writeNetworkSection(writer, *mSettings); },
-        .read = [this](QXmlStreamReader& reader,
-                       std::string& errString) { return importNetworkSection(reader, errString); }};
+    const QVector<ConfigurationPart> parts = configurationParts(
+        {mUi->mThresholdView, mUi->mMseqView, mUi->mSensorPositionView}, *mSettings);
+    mSynchronisation = std::make_unique<EcuSynchronisation>(parts, this);
+    mSettingsFileCommands = std::make_unique<SettingsFileCommands>(SettingsFile(parts), this);
 }
 
 void TarvioWindow::initViews()
@@ -218,12 +207,12 @@ void TarvioWindow::onConnectionSettings()
 
 void TarvioWindow::onSaveToXml()
 {
-    mSettingsExchange->exportSettings();
+    mSettingsFileCommands->exportSettings();
 }
 
 void TarvioWindow::onReadFromXml()
 {
-    mSettingsExchange->importSettings();
+    mSettingsFileCommands->importSettings();
 }
 
 void TarvioWindow::syncFromEcu()

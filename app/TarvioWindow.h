@@ -16,8 +16,7 @@ class OrvgLiveView;
 class QMdiSubWindow;
 class QSettings;
 class QXmlStreamReader;
-class SettingsExchange;
-struct SettingsSection;
+class SettingsFileCommands;
 
 namespace Ui {
 class MainWindow;
@@ -32,6 +31,9 @@ class TarvioWindow : public QMainWindow
 public:
     explicit TarvioWindow(QWidget* parent = nullptr);
     ~TarvioWindow() override;
+
+    /// Keeps the network values of a settings file until the connection dialog accepts them.
+    bool importNetworkSection(QXmlStreamReader& reader, std::string& errString);
 
 signals:
     void measResultReceived(const orv::OrvMeasurementResult& mres);
@@ -57,7 +59,6 @@ protected:
 private:
     void writeDefaultNetworkSettings();
     void createConfigurationCommands();
-    SettingsSection networkSection();
     void initViews();
     void createMdiViews();
     QMdiSubWindow* addSubWindow(QWidget* view);
@@ -68,14 +69,13 @@ private:
     void connectActions();
     void syncFromEcu();
     void transmitToEcu();
-    bool importNetworkSection(QXmlStreamReader& reader, std::string& errString);
 
     std::unique_ptr<Ui::MainWindow> mUi;
     QSettings* mSettings; // child
     std::unique_ptr<EcuLink> mLink;
     std::unique_ptr<LinkSupervisor> mSupervisor;
     std::unique_ptr<EcuSynchronisation> mSynchronisation;
-    std::unique_ptr<SettingsExchange> mSettingsExchange;
+    std::unique_ptr<SettingsFileCommands> mSettingsFileCommands;
     OrvgLiveView* mLiveView = nullptr;             // child, in an MDI sub-window
     OrvgFreespacesView* mFreespacesView = nullptr; // child, in an MDI sub-window
     WindowState mWindowState;

@@ -7,7 +7,6 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace {
 
@@ -22,15 +21,20 @@ constexpr int kMaxSections = 16;
 // A message quotes names and texts of the file.
 constexpr int kMaxErrorLength = 200;
 
-[[noreturn]] void raise(const QString& text)
+/// One section as it stands in a file.
+struct SectionText
 {
-    throw std::invalid_argument(text.toStdString());
-}
+    QString element;
+    QString text;  ///< the whole element, as far as it could be read
+    QString error; ///< why it could not be read to its end; empty when it could
+};
 
-[[noreturn]] void raiseUnknownCategory(const QString& element)
+/// A file cut into its sections.
+struct FileSections
 {
-    raise(QStringLiteral("Unknown category ") + element);
-}
+    QVector<SectionText> sections;
+    QString error = {}; ///< why nothing follows the last one; empty at the end of the file
+};
 
 /// The text of the current element, children included; leaves the reader at its end. Stops where
 /// the reader stops at an error.
@@ -47,35 +51,65 @@ QString copyElement(QXmlStreamReader& reader)
     return text;
 }
 
-QString readSection(const SettingsSection& section, const QString& text)
+SectionText nextSection(QXmlStreamReader& reader)
 {
-    QXmlStreamReader reader(text);
-    reader.readNextStartElement();
-    std::string error;
-    if (!section.read(reader, error))
-        return QString::fromStdString(error);
-    if (reader.error() == QXmlStreamReader::UnexpectedElementError)
-        return reader.errorString();
-    // More than the section may hold, a thirteenth step for one.
-    if (reader.readNextStartElement())
-        raiseUnknownCategory(reader.name().toString());
-    return {};
+    const QString element = reader.name().toString();
+    const QString text = copyElement(reader);
+    return {element, text, reader.errorString()};
 }
 
-void importSection(const SettingsSection& section, QXmlStreamReader& reader, ImportReport& report)
+// Each section is read from a text of its own, so that no failure inside, wherever it leaves the
+// reader, can hide or swallow the sections after it.
+FileSections cutFile(const QString& fileName)
 {
-    // Each section is read from a text of its own, so that no failure inside, wherever it leaves
-    // the reader, can hide or swallow the sections after it.
-    const QString text = copyElement(reader);
-    const QString error = reader.hasError() ? reader.errorString() : readSection(section, text);
+    QXmlStreamReader reader(settingsText(fileName));
+    if (!reader.readNextStartElement())
+        return {{}, kInvalidFile};
+    if (reader.name() != kRootElement)
+        return {{}, QStringLiteral("not an OrvgProject")};
+    QVector<SectionText> sections;
+    while (reader.readNextStartElement()) {
+        if (sections.size() == kMaxSections)
+            return {sections, kInvalidFile};
+        sections.append(nextSection(reader));
+    }
+    // Nothing may stand behind the root.
+    while (!reader.atEnd())
+        reader.readNext();
+    return {sections, reader.errorString()};
+}
+
+QString unknownCategory(const QString& element)
+{
+    return (QStringLiteral("Unknown category ") + element).left(kMaxErrorLength);
+}
+
+// Why the part does not take the content of the reader's element; empty when it does.
+QString contentError(const ConfigurationPart& part, QXmlStreamReader& reader)
+{
+    std::string error;
+    if (!part.readFromXml(reader, error))
+        return QString::fromStdString(error);
+    return reader.error() == QXmlStreamReader::UnexpectedElementError ? reader.errorString()
+                                                                      : QString();
+}
+
+void importSection(const ConfigurationPart& part, const SectionText& section, ImportReport& report)
+{
+    QXmlStreamReader reader(section.text);
+    reader.readNextStartElement();
+    const QString error = section.error.isEmpty() ? contentError(part, reader) : section.error;
     if (!error.isEmpty())
-        report.sectionErrors += section.errorName + QStringLiteral(": ") +
-                                error.left(kMaxErrorLength) + QLatin1Char('\n');
+        report.sectionErrors +=
+            part.errorName + QStringLiteral(": ") + error.left(kMaxErrorLength) + QLatin1Char('\n');
+    // More than the section may hold, a thirteenth step for one.
+    else if (reader.readNextStartElement())
+        report.abortText = unknownCategory(reader.name().toString());
 }
 
 } // namespace
 
-SettingsFile::SettingsFile(QVector<SettingsSection> sections) : mSections(std::move(sections)) {}
+SettingsFile::SettingsFile(QVector<ConfigurationPart> parts) : mParts(std::move(parts)) {}
 
 QByteArray SettingsFile::document() const
 {
@@ -85,9 +119,9 @@ QByteArray SettingsFile::document() const
     writer.writeStartDocument();
     writer.writeDTD(kDocumentType);
     writer.writeStartElement(kRootElement);
-    for (const SettingsSection& section : mSections) {
-        writer.writeStartElement(section.element);
-        section.write(writer);
+    for (const ConfigurationPart& part : mParts) {
+        writer.writeStartElement(part.element);
+        part.writeXml(writer);
         writer.writeEndElement();
     }
     writer.writeEndDocument();
@@ -96,60 +130,32 @@ QByteArray SettingsFile::document() const
 
 ImportReport SettingsFile::read(const QString& fileName, const Selection& isSelected) const
 {
+    const FileSections file = cutFile(fileName);
     ImportReport report;
-    QXmlStreamReader reader(settingsText(fileName));
-    try {
-        readSections(reader, isSelected, report);
-    } catch (const std::invalid_argument& error) {
-        report.abortText = QString::fromStdString(error.what()).left(kMaxErrorLength);
+    for (const SectionText& section : file.sections) {
+        qDebug() << section.element;
+        const ConfigurationPart* part = partOf(section.element);
+        if (!part)
+            report.abortText = unknownCategory(section.element);
+        else if (isSelected(section.element))
+            importSection(*part, section, report);
+        if (!report.abortText.isEmpty())
+            return report;
     }
+    report.abortText = file.error.left(kMaxErrorLength);
     return report;
 }
 
 QStringList SettingsFile::sectionsOf(const QString& fileName)
 {
-    QXmlStreamReader reader(settingsText(fileName));
-    if (!reader.readNextStartElement() || reader.name() != kRootElement)
-        return {};
     QStringList names;
-    while (reader.readNextStartElement() && names.size() < kMaxSections) {
-        names.append(reader.name().toString());
-        reader.skipCurrentElement();
-    }
+    for (const SectionText& section : cutFile(fileName).sections)
+        names.append(section.element);
     return names;
 }
 
-void SettingsFile::readSections(QXmlStreamReader& reader, const Selection& isSelected,
-                                ImportReport& report) const
+const ConfigurationPart* SettingsFile::partOf(const QString& element) const
 {
-    if (!reader.readNextStartElement())
-        raise(kInvalidFile);
-    if (reader.name() != kRootElement)
-        raise(QStringLiteral("not an OrvgProject"));
-    for (int count = 0; reader.readNextStartElement(); ++count) {
-        if (count == kMaxSections)
-            raise(kInvalidFile);
-        const QString element = reader.name().toString();
-        qDebug() << element;
-        const SettingsSection& section = sectionNamed(element);
-        if (isSelected(element))
-            importSection(section, reader, report);
-        else
-            reader.skipCurrentElement();
-    }
-    // Nothing may stand behind the root.
-    while (!reader.atEnd())
-        reader.readNext();
-    if (reader.hasError())
-        raise(reader.errorString());
-}
-
-const SettingsSection& SettingsFile::sectionNamed(const QString& element) const
-{
-    const auto found = std::find_if(
-        mSections.begin(), mSections.end(),
-        [&element](const SettingsSection& section) { return section.element == element; });
-    if (found == mSections.end())
-        raiseUnknownCategory(element);
-    return *found;
+    const auto found = std::ranges::find(mParts, element, &ConfigurationPart::element);
+    return found == mParts.end() ? nullptr : &*found;
 }

@@ -3,47 +3,29 @@
 #include "ecu/configuration/xml_sections.h"
 #include "orv_decoder/constants.h"
 
-#include <QString>
-#include <QXmlStreamReader>
-
-#include <stdexcept>
-
 namespace {
 
 const QString kSensorElement = QStringLiteral("Sensor");
 
-orv::SensorThreshold readRecord(QXmlStreamReader& reader, std::uint8_t sensorId)
+std::optional<orv::SensorThreshold> decodedRecord(std::span<const std::uint8_t> bytes, int sensorId)
 {
-    const auto record = orv::checkedThreshold(readBase64(reader), sensorId).record;
-    if (!record)
-        throw std::invalid_argument("wrong thresholds data format");
-    return *record;
+    return orv::checkedThreshold(bytes, static_cast<std::uint8_t>(sensorId)).record;
 }
 
 } // namespace
 
 void writeThresholdSection(QXmlStreamWriter& writer, std::span<const orv::SensorThreshold> records)
 {
-    int id = 0;
-    for (const orv::SensorThreshold& record : records)
-        writeIndexedElement(writer, kSensorElement, id++, orv::encodeThreshold(record));
+    writeIndexedElements(writer, kSensorElement, records, orv::encodeThreshold);
 }
 
-bool readThresholdSection(QXmlStreamReader& reader, std::vector<orv::SensorThreshold>& records,
-                          std::string& error)
+SectionResult<std::vector<orv::SensorThreshold>> readThresholdSection(QXmlStreamReader& reader)
 {
-    try {
-        while (records.size() < orv::kSensorCount) {
-            const auto id = static_cast<std::uint8_t>(records.size());
-            if (!readIndexedElement(reader, kSensorElement, id))
-                return true;
-            records.push_back(readRecord(reader, id));
-        }
-    } catch (const std::invalid_argument& wrong) {
-        error = wrong.what();
-        return false;
-    }
+    SectionResult<std::vector<orv::SensorThreshold>> section =
+        readIndexedElements<orv::SensorThreshold>(reader, kSensorElement, orv::kSensorCount,
+                                                  "wrong thresholds data format", decodedRecord);
     // There is no thirteenth sensor.
-    reader.skipCurrentElement();
-    return true;
+    if (section.value && section.value->size() == orv::kSensorCount)
+        reader.skipCurrentElement();
+    return section;
 }

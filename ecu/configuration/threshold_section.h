@@ -1,9 +1,9 @@
 #pragma once
 
+#include "ecu/configuration/SectionResult.h"
 #include "orv_decoder/SensorThreshold.h"
 
 #include <span>
-#include <string>
 #include <vector>
 
 class QXmlStreamReader;
@@ -13,7 +13,6 @@ class QXmlStreamWriter;
 void writeThresholdSection(QXmlStreamWriter& writer, std::span<const orv::SensorThreshold> records);
 
 /// Reads the records of the current section and leaves the reader at the section's end; elements
-/// behind the twelfth sensor are passed over. False with the reason in `error`: "wrong xml format",
-/// "id missing", "wrong id value", "wrong thresholds data format".
-bool readThresholdSection(QXmlStreamReader& reader, std::vector<orv::SensorThreshold>& records,
-                          std::string& error);
+/// behind the twelfth sensor are passed over. Fails with "wrong xml format", "id missing", "wrong
+/// id value", "wrong thresholds data format".
+SectionResult<std::vector<orv::SensorThreshold>> readThresholdSection(QXmlStreamReader& reader);

@@ -1,11 +1,7 @@
 #include "ecu/configuration/xml_sections.h"
 
 #include <QByteArray>
-#include <QString>
-#include <QXmlStreamReader>
 #include <QXmlStreamWriter>
-
-#include <stdexcept>
 
 namespace {
 
@@ -39,16 +35,14 @@ void writeIndexedElement(QXmlStreamWriter& writer, const QString& name, int id,
     writer.writeEndElement();
 }
 
-bool readIndexedElement(QXmlStreamReader& reader, const QString& name, int id)
+std::string indexedElementError(const QXmlStreamReader& reader, const QString& name, int id)
 {
-    if (!reader.readNextStartElement())
-        return false;
     if (reader.name() != name)
-        throw std::invalid_argument("wrong xml format");
-    if (!reader.attributes().hasAttribute(kIdAttribute))
-        throw std::invalid_argument("id missing");
+        return "wrong xml format";
+    const QXmlStreamAttributes attributes = reader.attributes();
+    if (!attributes.hasAttribute(kIdAttribute))
+        return "id missing";
     bool isNumber = false;
-    if (reader.attributes().value(kIdAttribute).toInt(&isNumber) != id || !isNumber)
-        throw std::invalid_argument("wrong id value");
-    return true;
+    const bool isExpected = attributes.value(kIdAttribute).toInt(&isNumber) == id && isNumber;
+    return isExpected ? "" : "wrong id value";
 }

@@ -1,11 +1,18 @@
 #pragma once
 
+#include "ecu/configuration/SectionResult.h"
+
+#include <QString>
+#include <QXmlStreamReader>
+
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
+#include <utility>
 #include <vector>
 
-class QString;
-class QXmlStreamReader;
 class QXmlStreamWriter;
 
 /// Writes the Base64 text of `bytes` as a CDATA section into the open element.
@@ -20,7 +27,38 @@ std::vector<std::uint8_t> readBase64(QXmlStreamReader& reader);
 void writeIndexedElement(QXmlStreamWriter& writer, const QString& name, int id,
                          std::span<const std::uint8_t> bytes);
 
-/// Moves the reader to the next child element of a section; false when there is none.
-/// Throws std::invalid_argument: "wrong xml format" when it is not called `name`, "id missing",
-/// "wrong id value" when its id is not `id`.
-bool readIndexedElement(QXmlStreamReader& reader, const QString& name, int id);
+/// Why the reader's element is not the one of this name and id: "wrong xml format", "id missing"
+/// or "wrong id value"; empty when it is.
+std::string indexedElementError(const QXmlStreamReader& reader, const QString& name, int id);
+
+/// Writes an element `name` for each record, counted by id from 0, into the open section.
+/// @param encode gives the bytes of a record
+template<typename Records, typename Encode>
+void writeIndexedElements(QXmlStreamWriter& writer, const QString& name, const Records& records,
+                          Encode encode)
+{
+    int id = 0;
+    for (const auto& record : records)
+        writeIndexedElement(writer, name, id++, encode(record));
+}
+
+/// Reads what writeIndexedElements() wrote, up to `maxCount` records; what stands behind them is
+/// left to the reader's caller. Fails as indexedElementError() tells and with `wrongData`.
+/// @param decode gives the record of (bytes, id), or none
+template<typename Record, typename Decode>
+SectionResult<std::vector<Record>> readIndexedElements(QXmlStreamReader& reader,
+                                                       const QString& name, std::size_t maxCount,
+                                                       const char* wrongData, Decode decode)
+{
+    std::vector<Record> records;
+    while (records.size() < maxCount && reader.readNextStartElement()) {
+        const int id = static_cast<int>(records.size());
+        if (std::string error = indexedElementError(reader, name, id); !error.empty())
+            return {.error = std::move(error)};
+        const std::optional<Record> record = decode(readBase64(reader), id);
+        if (!record)
+            return {.error = wrongData};
+        records.push_back(*record);
+    }
+    return {.value = std::move(records)};
+}

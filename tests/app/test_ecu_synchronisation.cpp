@@ -15,17 +15,17 @@ private slots:
 
     void readingAsksFirst();
     void answerNoReadsNothing();
-    void readingAttemptsEveryItemInOrder();
+    void readingAttemptsEveryPartInOrder();
     void failuresOfReadingAreListedOneALine();
     void successOfReadingStandsInTheStatusBar();
     void automaticReadingTellsNothing_data();
     void automaticReadingTellsNothing();
     void transmittingAsksNothing();
-    void failureOfOneItemDoesNotKeepTheOthersFromBeingWritten();
+    void failureOfOnePartDoesNotKeepTheOthersFromBeingWritten();
     void waitCursorShowsWhileTheEcuIsTalkedToOnly();
 
 private:
-    EcuItem item(const QString& name);
+    ConfigurationPart part(const QString& name);
     EcuSynchronisation synchronisation();
 
     QMainWindow mWindow;
@@ -41,7 +41,7 @@ void TestEcuSynchronisation::init()
     mWindow.statusBar()->clearMessage();
 }
 
-EcuItem TestEcuSynchronisation::item(const QString& name)
+ConfigurationPart TestEcuSynchronisation::part(const QString& name)
 {
     const auto call = [this, name](const QString& what) {
         mCalls.append(what + name);
@@ -49,14 +49,18 @@ EcuItem TestEcuSynchronisation::item(const QString& name)
         mWaitCursorShown = mWaitCursorShown && cursor && cursor->shape() == Qt::WaitCursor;
         return !mFailing.contains(name);
     };
-    return {.name = name,
-            .read = [call] { return call(QStringLiteral("read ")); },
-            .write = [call] { return call(QStringLiteral("write ")); }};
+    return {.element = name,
+            .errorName = name,
+            .writeXml = {},
+            .readFromXml = {},
+            .ecu = EcuTransfer{.name = name,
+                               .read = [call] { return call(QStringLiteral("read ")); },
+                               .write = [call] { return call(QStringLiteral("write ")); }}};
 }
 
 EcuSynchronisation TestEcuSynchronisation::synchronisation()
 {
-    return {{item(QStringLiteral("a")), item(QStringLiteral("b")), item(QStringLiteral("c"))},
+    return {{part(QStringLiteral("a")), part(QStringLiteral("b")), part(QStringLiteral("c"))},
             &mWindow};
 }
 
@@ -80,7 +84,7 @@ void TestEcuSynchronisation::answerNoReadsNothing()
     QCOMPARE(mWindow.statusBar()->currentMessage(), QString());
 }
 
-void TestEcuSynchronisation::readingAttemptsEveryItemInOrder()
+void TestEcuSynchronisation::readingAttemptsEveryPartInOrder()
 {
     mFailing = QStringList{"a"};
     const MessageBoxWatcher watcher(QMessageBox::Yes);
@@ -140,7 +144,7 @@ void TestEcuSynchronisation::transmittingAsksNothing()
              QStringLiteral("Setting successfully transmitted to ECU!"));
 }
 
-void TestEcuSynchronisation::failureOfOneItemDoesNotKeepTheOthersFromBeingWritten()
+void TestEcuSynchronisation::failureOfOnePartDoesNotKeepTheOthersFromBeingWritten()
 {
     mFailing = QStringList{"b"};
     const MessageBoxWatcher watcher;

@@ -18,6 +18,7 @@
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
+#include <QXmlStreamReader>
 #include <QtTest>
 
 class TestMainWindow : public QObject
@@ -41,6 +42,7 @@ private slots:
     void viewStatesAreSavedOnClose();
     void closingWritesTheStoreAtOnce();
     void viewStatesSurviveARestart();
+    void networkSectionWaitsAsImported();
     void importedNetworkIsGoneAfterTheClose();
     void importedNetworkWithoutACloseStays();
     void junkInTheStoreIsAFirstStart_data();
@@ -322,6 +324,16 @@ void TestMainWindow::viewStatesSurviveARestart()
         QVERIFY2(view.value() != first[view.key()], qPrintable(view.key()));
         QCOMPARE(sizesIn(*window)[view.key()], view.value());
     }
+}
+
+void TestMainWindow::networkSectionWaitsAsImported()
+{
+    TarvioWindow window;
+    QXmlStreamReader reader(QStringLiteral("<Network><ecu_ip>10.0.0.1</ecu_ip></Network>"));
+    reader.readNextStartElement();
+    std::string error;
+    QVERIFY(window.importNetworkSection(reader, error));
+    QTRY_COMPARE(mProfile->value("network_imported/ecu_ip").toString(), QString("10.0.0.1"));
 }
 
 void TestMainWindow::importedNetworkIsGoneAfterTheClose()

@@ -1,6 +1,10 @@
 #include "app/OrvgOpenXmlSettingsDialog.h"
+#include "app/configuration_parts.h"
 #include "tests/support/modal_dialogs.h"
 #include "tests/support/screenshots.h"
+#include "views/positions/OrvgSensorPositionView.h"
+#include "views/sequence/OrvgMseqView.h"
+#include "views/thresholds/OrvgThresholdView.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -8,6 +12,7 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -32,6 +37,7 @@ private slots:
     void anotherTextDisablesTheImportAgain();
     void untickedSectionIsNotSelected();
     void onlyTheFourSectionsAreEverSelected();
+    void eachPartOfTheConfigurationHasItsCheckBox();
     void browsingPutsTheFileIntoTheLine();
     void cancelledBrowsingKeepsTheLine();
 
@@ -41,6 +47,7 @@ private:
     QCheckBox* box(const char* name) { return mDialog->findChild<QCheckBox*>(QLatin1String(name)); }
     QLineEdit* line() { return mDialog->findChild<QLineEdit*>(QStringLiteral("mFileLineEdit")); }
     QPushButton* browse() { return mDialog->findChild<QPushButton*>("mBrowseButton"); }
+    QList<QCheckBox*> enabledBoxes();
     bool isImportEnabled();
 
     QTemporaryDir mFolder;
@@ -190,6 +197,35 @@ void TestOpenSettingsDialog::onlyTheFourSectionsAreEverSelected()
     choose("<MSEQ/><Other/>");
     QVERIFY(!mDialog->isSelected(QStringLiteral("Other")));
     QVERIFY(!mDialog->isSelected(QString()));
+}
+
+QList<QCheckBox*> TestOpenSettingsDialog::enabledBoxes()
+{
+    QList<QCheckBox*> boxes = mDialog->findChildren<QCheckBox*>();
+    boxes.erase(std::remove_if(boxes.begin(), boxes.end(),
+                               [](const QCheckBox* box) { return !box->isEnabled(); }),
+                boxes.end());
+    return boxes;
+}
+
+// Whoever adds a part adds a check box to the form; the window looks for it by the part's element.
+void TestOpenSettingsDialog::eachPartOfTheConfigurationHasItsCheckBox()
+{
+    OrvgThresholdView thresholds;
+    OrvgMseqView sequence;
+    OrvgSensorPositionView positions;
+    QSettings store(mFolder.filePath(QStringLiteral("store.ini")), QSettings::IniFormat);
+    const QVector<ConfigurationPart> parts =
+        configurationParts({&thresholds, &sequence, &positions}, store);
+    QVERIFY(!parts.isEmpty());
+    for (const ConfigurationPart& part : parts) {
+        line()->clear();
+        choose("<" + part.element.toUtf8() + "/>");
+        QVERIFY2(enabledBoxes().size() == 1, qPrintable(part.element));
+        enabledBoxes().first()->setChecked(true);
+        QVERIFY2(mDialog->isSelected(part.element), qPrintable(part.element));
+    }
+    QCOMPARE(mDialog->findChildren<QCheckBox*>().size(), parts.size());
 }
 
 void TestOpenSettingsDialog::browsingPutsTheFileIntoTheLine()

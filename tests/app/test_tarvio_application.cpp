@@ -1,5 +1,5 @@
 #include "app/OrvgOpenXmlSettingsDialog.h"
-#include "app/SettingsExchange.h"
+#include "app/SettingsFileCommands.h"
 #include "app/TarvioApplication.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/modal_dialogs.h"
@@ -92,7 +92,7 @@ void TestTarvioApplication::dialogsWithoutAParentCarryTheIcon()
         hasIcon = !dialog.parent() && carriesTheIcon(dialog);
         dialog.reject();
     });
-    SettingsExchange(SettingsFile({}), nullptr).importSettings();
+    SettingsFileCommands(SettingsFile({}), nullptr).importSettings();
     QVERIFY(hasIcon);
 }
 
@@ -104,7 +104,7 @@ void TestTarvioApplication::fileDialogsCarryTheIcon()
         dialog.reject();
     };
     whenOpened<QFileDialog>(this, look);
-    SettingsExchange(SettingsFile({}), nullptr).exportSettings();
+    SettingsFileCommands(SettingsFile({}), nullptr).exportSettings();
     whenOpened<QFileDialog>(this, look);
     OrvgOpenXmlSettingsDialog().findChild<QPushButton*>("mBrowseButton")->click();
     QCOMPARE(withIcon, 2);

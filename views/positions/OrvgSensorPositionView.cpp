@@ -1,6 +1,6 @@
 #include "views/positions/OrvgSensorPositionView.h"
 
-#include "ecu/configuration/xml_sections.h"
+#include "ecu/configuration/position_section.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgSensorPositionView.h"
 #include "views/common/item_tables.h"
@@ -70,6 +70,11 @@ orv::SensorMountPositions OrvgSensorPositionView::positions() const
     return mModel->positions();
 }
 
+void OrvgSensorPositionView::setPositions(const orv::SensorMountPositions& positions)
+{
+    editedModel().setPositions(positions);
+}
+
 void OrvgSensorPositionView::setPosition(std::uint8_t sensorId,
                                          const orv::OrvSensorPosition& position)
 {
@@ -89,7 +94,7 @@ bool OrvgSensorPositionView::onReadSensorPositionTbClicked(bool silent)
     };
     if (!mEcu.mayOverwrite(silent, tr("Read Positions")) || !mEcu.run(silent, read))
         return false;
-    editedModel().setPositions(positions);
+    setPositions(positions);
     return true;
 }
 
@@ -112,18 +117,13 @@ void OrvgSensorPositionView::setEditMode(bool editMode)
 
 void OrvgSensorPositionView::writeXml(QXmlStreamWriter& writer)
 {
-    writeBase64(writer, orv::encodeMountPositions(editedModel().positions()));
+    writePositionSection(writer, editedModel().positions());
 }
 
 bool OrvgSensorPositionView::readFromXml(QXmlStreamReader& reader, std::string& errString)
 {
-    const auto positions = orv::decodeMountPositions(readBase64(reader));
-    if (!positions) {
-        errString = "Invalid data format of sensor positions";
-        return false;
-    }
-    editedModel().setPositions(*positions);
-    return true;
+    return takeSection(readPositionSection(reader), errString,
+                       [this](const auto& positions) { setPositions(positions); });
 }
 
 // The model with what stands in an open editor, which it closes.

@@ -37,6 +37,7 @@ public:
     void setCtrlClient(orv::OrvCtrlClient* client);
 
     orv::SensorMountPositions positions() const;
+    void setPositions(const orv::SensorMountPositions& positions);
 
     /// Moves one sensor to the x, y and direction of `position` and selects its column; an id of
     /// 12 or more clears the selection instead.

@@ -47,6 +47,11 @@ void OrvgMseqView::setCtrlClient(orv::OrvCtrlClient* client)
     mEcu.setClient(client);
 }
 
+void OrvgMseqView::setSteps(std::span<const orv::MseqStep> steps)
+{
+    mModel->setSteps(steps);
+}
+
 void OrvgMseqView::addStep()
 {
     const QModelIndex current = mUi->mseqTable->currentIndex();
@@ -72,14 +77,14 @@ void OrvgMseqView::cloneStep()
 
 bool OrvgMseqView::readSteps(bool silent)
 {
-    std::vector<orv::MseqStep> steps;
+    std::vector<orv::MseqStep> held;
     const bool nothingToAsk = silent || mModel->rowCount() == 0;
-    const auto read = [&steps](orv::OrvCtrlClient& client) {
-        return client.readMeasurementSequence(steps);
+    const auto read = [&held](orv::OrvCtrlClient& client) {
+        return client.readMeasurementSequence(held);
     };
     if (!mEcu.mayOverwrite(nothingToAsk, tr("Read sequence")) || !mEcu.run(silent, read))
         return false;
-    mModel->setSteps(steps);
+    setSteps(held);
     updateButtons();
     return true;
 }
@@ -98,11 +103,8 @@ void OrvgMseqView::writeXml(QXmlStreamWriter& writer)
 
 bool OrvgMseqView::readFromXml(QXmlStreamReader& reader, std::string& error)
 {
-    std::vector<orv::MseqStep> steps;
-    if (!readSequenceSection(reader, steps, error))
-        return false;
-    mModel->setSteps(steps);
-    return true;
+    return takeSection(readSequenceSection(reader), error,
+                       [this](const auto& read) { setSteps(read); });
 }
 
 void OrvgMseqView::updateButtons()

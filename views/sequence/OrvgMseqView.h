@@ -1,10 +1,12 @@
 #pragma once
 
+#include "orv_decoder/MseqStep.h"
 #include "views/common/EcuExchange.h"
 
 #include <QWidget>
 
 #include <memory>
+#include <span>
 #include <string>
 
 class OrvgMseqStepItemModel;
@@ -34,6 +36,9 @@ public:
 
     /// A null client changes nothing.
     void setCtrlClient(orv::OrvCtrlClient* client);
+
+    /// Leaves the buttons as they are.
+    void setSteps(std::span<const orv::MseqStep> steps);
 
 public slots:
     /// Inserts an empty step behind the current row, at the end when there is none.

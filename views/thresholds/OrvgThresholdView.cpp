@@ -1,5 +1,6 @@
 #include "views/thresholds/OrvgThresholdView.h"
 
+#include "ecu/configuration/all_thresholds.h"
 #include "ecu/configuration/threshold_section.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "ui_OrvgThresholdView.h"
@@ -8,7 +9,6 @@
 #include "views/thresholds/CalibrationSession.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdItemDelegate.h"
-#include "views/thresholds/ThresholdTransfer.h"
 
 #include <QMessageBox>
 
@@ -25,7 +25,6 @@ OrvgThresholdView::OrvgThresholdView(QWidget* parent, CalibrationClock* calibrat
     : QWidget(parent)
     , mUi(std::make_unique<Ui::OrvgThresholdView>())
     , mModel(new OrvgThreshItemModel(this))
-    , mTransfer(new ThresholdTransfer(mModel, this))
     , mCalibration(new CalibrationSession(calibrationClock, this))
 {
     mUi->setupUi(this);
@@ -59,8 +58,6 @@ void OrvgThresholdView::connectSignals()
     connect(selection, &QItemSelectionModel::currentColumnChanged, this,
             &OrvgThresholdView::onSelectionChanged);
     connect(mModel, &OrvgThreshItemModel::dataChanged, this, &OrvgThresholdView::onDataChanged);
-    connect(mTransfer, &ThresholdTransfer::recordRead, this,
-            [this](const orv::SensorThreshold& record) { showScale(record.scale); });
     connect(mUi->mScaleCb, QOverload<int>::of(&QComboBox::activated), this,
             &OrvgThresholdView::onScaleChanged);
     connect(mUi->mCalibrateTb, &QToolButton::clicked, this,
@@ -89,6 +86,16 @@ bool OrvgThresholdView::restoreState(const QByteArray& state)
     return mUi->mSplitter->restoreState(state);
 }
 
+void OrvgThresholdView::setRecords(std::span<const orv::SensorThreshold> records)
+{
+    OrvgThreshItemModel& model = editedModel();
+    for (const orv::SensorThreshold& record : records)
+        model.setRecord(record);
+    const std::uint8_t sensor = currentSensor();
+    if (sensor != orv::kNoSensor)
+        showCurve(sensor);
+}
+
 void OrvgThresholdView::onReadThresholds(bool silent)
 {
     const std::uint8_t sensor = currentSensor();
@@ -97,7 +104,11 @@ void OrvgThresholdView::onReadThresholds(bool silent)
         return;
     }
     const auto read = [this, sensor](orv::OrvCtrlClient& client) {
-        return mTransfer->read(client, sensor);
+        orv::SensorThreshold record;
+        const bool isRead = client.readThresholds(sensor, record);
+        if (isRead)
+            takeRead(record);
+        return isRead;
     };
     // Who asks nothing is told a failure all the same.
     if (mEcu.mayOverwrite(silent, tr("Read Thresholds")) && mEcu.run(false, read))
@@ -157,16 +168,8 @@ void OrvgThresholdView::writeXml(QXmlStreamWriter& writer)
 
 bool OrvgThresholdView::readFromXml(QXmlStreamReader& reader, std::string& errString)
 {
-    std::vector<orv::SensorThreshold> records;
-    if (!readThresholdSection(reader, records, errString))
-        return false;
-    OrvgThreshItemModel& model = editedModel();
-    for (const orv::SensorThreshold& record : records)
-        model.setRecord(record);
-    const std::uint8_t sensor = currentSensor();
-    if (sensor != orv::kNoSensor)
-        showCurve(sensor);
-    return true;
+    return takeSection(readThresholdSection(reader), errString,
+                       [this](const auto& records) { setRecords(records); });
 }
 
 bool OrvgThresholdView::onReceiveAll(bool silent)
@@ -174,7 +177,12 @@ bool OrvgThresholdView::onReceiveAll(bool silent)
     const std::uint8_t sensor = currentSensor();
     if (!mEcu.mayOverwrite(silent, tr("Read Thresholds")))
         return false;
-    const auto readAll = [this](orv::OrvCtrlClient& client) { return mTransfer->readAll(client); };
+    const auto readAll = [this](orv::OrvCtrlClient& client) {
+        const ThresholdReading reading = readAllThresholds(client);
+        for (const orv::SensorThreshold& record : reading.records)
+            takeRead(record);
+        return reading.failures;
+    };
     const bool isComplete = mEcu.runAll(silent, readAll);
     if (sensor != orv::kNoSensor)
         showSensor(sensor);
@@ -184,7 +192,7 @@ bool OrvgThresholdView::onReceiveAll(bool silent)
 bool OrvgThresholdView::onTransmitAll(bool silent)
 {
     return mEcu.run(silent, [this](orv::OrvCtrlClient& client) {
-        return ThresholdTransfer::writeAll(client, editedModel().records());
+        return writeAllThresholds(client, editedModel().records());
     });
 }
 
@@ -227,6 +235,12 @@ OrvgThreshItemModel& OrvgThresholdView::editedModel()
 {
     commitOpenEditor(*mUi->mTableView);
     return *mModel;
+}
+
+void OrvgThresholdView::takeRead(const orv::SensorThreshold& record)
+{
+    if (mModel->applyRead(record))
+        showScale(record.scale);
 }
 
 void OrvgThresholdView::takeCalibrated(std::uint8_t sensorId)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orv_decoder/SensorThreshold.h"
 #include "orv_decoder/metatypes.h"
 #include "views/common/EcuExchange.h"
 
@@ -8,6 +9,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 class CalibrationClock;
@@ -16,7 +18,6 @@ class OrvgThreshItemModel;
 class QModelIndex;
 class QXmlStreamReader;
 class QXmlStreamWriter;
-class ThresholdTransfer;
 
 namespace orv {
 class OrvCtrlClient;
@@ -48,6 +49,9 @@ public:
     QByteArray saveState() const;
     bool restoreState(const QByteArray& state);
 
+    /// Replaces the records of their sensors, those of the others stay.
+    void setRecords(std::span<const orv::SensorThreshold> records);
+
 public slots:
     /// Reads the selected sensor. A missing selection and a failure are always shown.
     void onReadThresholds(bool silent = false);
@@ -77,11 +81,11 @@ private:
     void selectSensor(std::uint8_t sensorId);
     OrvgThreshItemModel& editedModel();
 
+    void takeRead(const orv::SensorThreshold& record);
     void takeCalibrated(std::uint8_t sensorId);
 
     std::unique_ptr<Ui::OrvgThresholdView> mUi;
     OrvgThreshItemModel* mModel;
-    ThresholdTransfer* mTransfer;
     EcuExchange mEcu{this};
     CalibrationSession* mCalibration;
     int mLastSelectedRow = -1;

@@ -1,4 +1,4 @@
-#include "ecu/configuration/NetworkSection.h"
+#include "ecu/configuration/network_section.h"
 #include "ecu/store/ConnectionSettings.h"
 
 #include <QBuffer>
@@ -22,6 +22,7 @@ private slots:
     void liveGroupStaysAsItIs();
     void hostileSectionDoesNotFillTheStore();
     void elementInsideAValueIsAnError();
+    void partWritesAndReadsTheSectionAndIsNotExchanged();
 
 private:
     bool import(const QByteArray& content);
@@ -111,6 +112,24 @@ void TestNetworkSection::elementInsideAValueIsAnError()
     mStore->beginGroup(QStringLiteral("network_imported"));
     QCOMPARE(mStore->childKeys(), QStringList{"ecu_ip"});
     mStore->endGroup();
+}
+
+void TestNetworkSection::partWritesAndReadsTheSectionAndIsNotExchanged()
+{
+    settings::writeDefaultNetwork(*mStore);
+    const ConfigurationPart part = settings::networkPart(*mStore);
+    QCOMPARE(part.element, QStringLiteral("Network"));
+    QCOMPARE(part.errorName, QStringLiteral("Network"));
+    QVERIFY(!part.ecu);
+    QString text;
+    QXmlStreamWriter writer(&text);
+    writer.writeStartElement(part.element);
+    part.writeXml(writer);
+    writer.writeEndElement();
+    QXmlStreamReader reader(text);
+    reader.readNextStartElement();
+    QVERIFY(part.readFromXml(reader, mError));
+    QCOMPARE(imported(QStringLiteral("host_ip")), QStringLiteral("192.168.1.5"));
 }
 
 QTEST_GUILESS_MAIN(TestNetworkSection)

@@ -57,9 +57,9 @@ private slots:
             steps += stepElement(QString::number(id));
         QXmlStreamReader reader("<MSEQ>" + steps + "</MSEQ>");
         reader.readNextStartElement();
-        std::string error;
-        QVERIFY(readSequenceSection(reader, mSteps, error));
-        QCOMPARE(mSteps.size(), 12U);
+        const auto section = readSequenceSection(reader);
+        QVERIFY(section.value);
+        QCOMPARE(section.value->size(), 12U);
         QVERIFY(reader.readNextStartElement());
         QCOMPARE(reader.attributes().value("id").toInt(), 12);
     }
@@ -99,6 +99,7 @@ private slots:
     {
         QFETCH(QString, content);
         QVERIFY(!read("<MSEQ>" + content + "</MSEQ>"));
+        QVERIFY(mSteps.empty());
         QTEST(mError, "expected");
     }
 
@@ -107,11 +108,10 @@ private:
     {
         QXmlStreamReader reader(text);
         reader.readNextStartElement();
-        std::string error;
-        mSteps.clear();
-        const bool done = readSequenceSection(reader, mSteps, error);
-        mError = QString::fromStdString(error);
-        return done;
+        const auto section = readSequenceSection(reader);
+        mSteps = section.value.value_or(std::vector<orv::MseqStep>());
+        mError = QString::fromStdString(section.error);
+        return section.value.has_value();
     }
 
     std::vector<orv::MseqStep> mSteps;

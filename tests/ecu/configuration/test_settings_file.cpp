@@ -103,21 +103,21 @@ void TestSettingsFile::init()
 
 SettingsFile TestSettingsFile::settingsFile()
 {
-    const SettingsSection first{
+    const ConfigurationPart first{
         .element = QStringLiteral("First"),
         .errorName = QStringLiteral("The first"),
-        .write = [](QXmlStreamWriter& writer) { writer.writeCDATA(QStringLiteral("one")); },
-        .read =
+        .writeXml = [](QXmlStreamWriter& writer) { writer.writeCDATA(QStringLiteral("one")); },
+        .readFromXml =
             [this](QXmlStreamReader& reader, std::string&) {
                 mRead.append(reader.readElementText());
                 return true;
             }};
-    const SettingsSection second{
+    const ConfigurationPart second{
         .element = QStringLiteral("Second"),
         .errorName = QStringLiteral("The second"),
-        .write = [](QXmlStreamWriter& writer) { writer.writeTextElement("Item", "two"); },
-        .read = [this](QXmlStreamReader& reader,
-                       std::string& error) { return readItems(reader, error); }};
+        .writeXml = [](QXmlStreamWriter& writer) { writer.writeTextElement("Item", "two"); },
+        .readFromXml = [this](QXmlStreamReader& reader,
+                              std::string& error) { return readItems(reader, error); }};
     return SettingsFile({first, second});
 }
 

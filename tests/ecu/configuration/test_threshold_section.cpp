@@ -41,7 +41,10 @@ struct Reading
                                 "</Thresholds><Next/></Project>");
         reader.readNextStartElement();
         reader.readNextStartElement();
-        success = readThresholdSection(reader, records, error);
+        const auto section = readThresholdSection(reader);
+        success = section.value.has_value();
+        records = section.value.value_or(Records());
+        error = section.error;
         if (reader.readNextStartElement())
             next = reader.name().toString();
     }
@@ -123,6 +126,7 @@ private slots:
         QFETCH(QString, elements);
         const Reading reading(elements);
         QVERIFY(!reading.success);
+        QVERIFY(reading.records.empty());
         QTEST(reading.error, "error");
     }
 };

@@ -4,7 +4,6 @@
 #include <QXmlStreamWriter>
 #include <QtTest>
 
-#include <stdexcept>
 #include <string>
 
 using Bytes = std::vector<std::uint8_t>;
@@ -27,15 +26,15 @@ struct OpenSection
     QXmlStreamReader reader;
 };
 
-std::string refusalOf(const QString& text)
+// Takes any bytes but none at all.
+std::optional<Bytes> anyBytes(const Bytes& bytes, int)
 {
-    OpenSection section(text);
-    try {
-        readIndexedElement(section.reader, "Step", 3);
-    } catch (const std::invalid_argument& error) {
-        return error.what();
-    }
-    return "accepted";
+    return bytes.empty() ? std::nullopt : std::optional(bytes);
+}
+
+SectionResult<std::vector<Bytes>> readSteps(QXmlStreamReader& reader, std::size_t maxCount = 3)
+{
+    return readIndexedElements<Bytes>(reader, "Step", maxCount, "no bytes", anyBytes);
 }
 
 } // namespace
@@ -108,38 +107,65 @@ private slots:
         QVERIFY(section.reader.hasError());
     }
 
-    void writtenElementIsReadBack()
+    void writtenElementsAreReadBack()
     {
-        Bytes bytes(256);
-        for (std::size_t index = 0; index < bytes.size(); ++index)
-            bytes[index] = static_cast<std::uint8_t>(index);
+        std::vector<Bytes> records{Bytes(256), {7}};
+        for (std::size_t index = 0; index < records[0].size(); ++index)
+            records[0][index] = static_cast<std::uint8_t>(index);
         const QString text = written([&](QXmlStreamWriter& writer) {
             writer.writeStartElement("MSEQ");
-            writeIndexedElement(writer, "Step", 0, bytes);
-            writeIndexedElement(writer, "Step", 1, {});
+            writeIndexedElements(writer, "Step", records, [](const Bytes& bytes) { return bytes; });
             writer.writeEndElement();
         });
         OpenSection section(text);
-        QVERIFY(readIndexedElement(section.reader, "Step", 0));
-        QCOMPARE(readBase64(section.reader), bytes);
-        QVERIFY(readIndexedElement(section.reader, "Step", 1));
-        QCOMPARE(readBase64(section.reader), Bytes());
-        QVERIFY(!readIndexedElement(section.reader, "Step", 2));
+        QCOMPARE(readSteps(section.reader).value.value_or(std::vector<Bytes>()), records);
         QVERIFY(section.reader.isEndElement());
         QCOMPARE(section.reader.name().toString(), QString("MSEQ"));
     }
 
-    void emptySectionHasNoElement()
+    void recordIsDecodedWithItsId()
+    {
+        OpenSection section("<MSEQ><Step id=\"0\"/><Step id=\"1\"/></MSEQ>");
+        const auto ids = readIndexedElements<int>(
+            section.reader, "Step", 3, "", [](const Bytes&, int id) { return std::optional(id); });
+        QCOMPARE(ids.value.value_or(std::vector<int>()), std::vector<int>({0, 1}));
+    }
+
+    void elementsBehindTheLastRecordAreLeft()
+    {
+        OpenSection section("<MSEQ><Step id=\"0\">AQ==</Step><Step id=\"1\"/></MSEQ>");
+        QCOMPARE(readSteps(section.reader, 1).value.value_or(std::vector<Bytes>()).size(), 1U);
+        QVERIFY(section.reader.readNextStartElement());
+        QCOMPARE(section.reader.attributes().value("id").toInt(), 1);
+    }
+
+    void wrongRecordLeavesNoneAtAll()
+    {
+        OpenSection section("<MSEQ><Step id=\"0\">AQ==</Step><Step id=\"1\"/></MSEQ>");
+        const auto steps = readSteps(section.reader);
+        QVERIFY(!steps.value);
+        QCOMPARE(steps.error, std::string("no bytes"));
+    }
+
+    void firstFaultIsTheOneThatIsTold()
+    {
+        OpenSection section("<MSEQ><Step id=\"0\"/><Step id=\"7\"/></MSEQ>");
+        QCOMPARE(readSteps(section.reader).error, std::string("no bytes"));
+    }
+
+    void emptySectionHasNoRecord()
     {
         OpenSection section("<MSEQ/>");
-        QVERIFY(!readIndexedElement(section.reader, "Step", 0));
+        const auto steps = readSteps(section.reader);
+        QVERIFY(steps.value && steps.value->empty());
         QVERIFY(!section.reader.hasError());
     }
 
-    void cutSectionHasNoElementAndAnErrorOfTheReader()
+    void cutSectionIsAnErrorOfTheReader()
     {
         OpenSection section("<MSEQ>  ");
-        QVERIFY(!readIndexedElement(section.reader, "Step", 0));
+        const auto steps = readSteps(section.reader);
+        QVERIFY(steps.value && steps.value->empty());
         QVERIFY(section.reader.hasError());
     }
 
@@ -148,7 +174,7 @@ private slots:
         QTest::addColumn<QString>("element");
         QTest::addColumn<QString>("reason");
         QTest::newRow("as expected") << "<Step id=\"3\"/>"
-                                     << "accepted";
+                                     << "";
         QTest::newRow("other name") << "<Sensor id=\"3\"/>"
                                     << "wrong xml format";
         QTest::newRow("name in other case") << "<step id=\"3\"/>"
@@ -177,14 +203,27 @@ private slots:
     {
         QFETCH(QString, element);
         QFETCH(QString, reason);
-        QCOMPARE(QString::fromStdString(refusalOf("<MSEQ>" + element + "</MSEQ>")), reason);
+        const OpenSection section(element);
+        QCOMPARE(QString::fromStdString(indexedElementError(section.reader, "Step", 3)), reason);
+    }
+
+    void takenValueIsHandedOnAndAReasonTold()
+    {
+        std::string error;
+        int taken = 0;
+        const auto take = [&taken](int value) { taken = value; };
+        QVERIFY(takeSection(SectionResult<int>{.value = 5}, error, take));
+        QCOMPARE(taken, 5);
+        QVERIFY(error.empty());
+        QVERIFY(!takeSection(SectionResult<int>{.error = "too long"}, error, take));
+        QCOMPARE(taken, 5);
+        QCOMPARE(error, std::string("too long"));
     }
 
     void textThatIsNoNumberIsNotTakenForIdZero()
     {
-        OpenSection section("<MSEQ><Step id=\"first\"/></MSEQ>");
-        QVERIFY_EXCEPTION_THROWN(readIndexedElement(section.reader, "Step", 0),
-                                 std::invalid_argument);
+        const OpenSection section("<Step id=\"first\"/>");
+        QCOMPARE(indexedElementError(section.reader, "Step", 0), std::string("wrong id value"));
     }
 };
 

@@ -1,49 +1,25 @@
 #pragma once
 
-#include "orv_decoder/OrvCtrlClient.h"
-#include "tests/support/CursorWatchingSocket.h"
+#include "tests/views/common/EditorFixture.h"
 #include "views/positions/OrvgSensorPositionItemModel.h"
 #include "views/positions/OrvgSensorPositionView.h"
 
-#include <QAbstractItemModelTester>
 #include <QDoubleSpinBox>
-#include <QTableView>
-#include <QToolButton>
-#include <QtTest>
 
-/// A position view with a scripted ECU, its parts found by their names.
+/// A position view with a scripted ECU.
 class PositionViewFixture
+    : public EditorFixture<OrvgSensorPositionView, OrvgSensorPositionItemModel>
 {
 public:
-    PositionViewFixture()
-    {
-        view.resize(1000, 600);
-        view.setCtrlClient(&client);
-    }
+    PositionViewFixture() { view.resize(1000, 600); }
 
-    template<typename Widget>
-    Widget& part(const char* name)
-    {
-        return *view.findChild<Widget*>(QLatin1String(name));
-    }
-
-    QTableView& table() { return *view.findChild<QTableView*>(); }
-    OrvgSensorPositionItemModel& model()
-    {
-        return static_cast<OrvgSensorPositionItemModel&>(*table().model());
-    }
-    QToolButton& readButton() { return part<QToolButton>("readSensorPositionTb"); }
-    QToolButton& writeButton() { return part<QToolButton>("writeSensorPositionTb"); }
+    QToolButton& readButton() { return button("readSensorPositionTb"); }
+    QToolButton& writeButton() { return button("writeSensorPositionTb"); }
 
     /// The editor that a double click on the cell opened, or null.
     QDoubleSpinBox* openEditor(int row, int column)
     {
-        view.show();
-        const QModelIndex cell = model().index(row, column);
-        table().scrollTo(cell);
-        const QPoint center = table().visualRect(cell).center();
-        QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, center);
-        QTest::mouseDClick(table().viewport(), Qt::LeftButton, {}, center);
+        pressTwice(row, column);
         return table().findChild<QDoubleSpinBox*>();
     }
 
@@ -63,10 +39,4 @@ public:
         }
         return positions;
     }
-
-    CursorWatchingSocket socket;
-    orv::OrvCtrlClient client{&socket};
-    OrvgSensorPositionView view;
-    QAbstractItemModelTester tester{&model(),
-                                    QAbstractItemModelTester::FailureReportingMode::Fatal};
 };

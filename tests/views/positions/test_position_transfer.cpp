@@ -1,4 +1,4 @@
-#include "tests/support/MessageBoxWatcher.h"
+#include "tests/views/common/EditorTransferTest.h"
 #include "tests/views/positions/PositionViewFixture.h"
 
 #include <QXmlStreamReader>
@@ -19,32 +19,19 @@ std::vector<std::uint8_t> aReply(std::size_t size = 144)
 
 } // namespace
 
-class PositionTransferTest : public QObject
+class PositionTransferTest : public EditorTransferTest<PositionViewFixture>
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        mFixture = std::make_unique<PositionViewFixture>();
-        mBoxes = std::make_unique<MessageBoxWatcher>(QMessageBox::Yes);
-    }
-
-    void cleanup()
-    {
-        mBoxes.reset();
-        mFixture.reset();
-        QVERIFY(!QApplication::overrideCursor());
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void readAsksAndNoLeavesTheTable()
     {
         mBoxes->setAnswer(QMessageBox::No);
         mFixture->model().setPositions(PositionViewFixture::aCar());
         QTest::mouseClick(&mFixture->readButton(), Qt::LeftButton);
-        expectOneBox(QMessageBox::Information, "Read Positions",
-                     "Current changes would be overwritten. Are You sure?");
-        QCOMPARE(mBoxes->boxes()[0].buttons, QMessageBox::Yes | QMessageBox::No);
         QVERIFY(requests().empty());
         QCOMPARE(mFixture->view.positions(), PositionViewFixture::aCar());
         QVERIFY(!mFixture->view.onReadSensorPositionTbClicked());
@@ -62,14 +49,6 @@ private slots:
         QCOMPARE(mFixture->view.positions()[0].x, std::int16_t{-1000});
         QCOMPARE(mFixture->view.positions()[11].yaw, std::uint16_t{16384});
         QCOMPARE(mFixture->model().index(3, 11).data().toDouble(), 90.0);
-    }
-
-    void silentReadAsksNothing()
-    {
-        mFixture->socket.queueReply(4, aReply());
-        QVERIFY(mFixture->view.onReadSensorPositionTbClicked(true));
-        QVERIFY(mBoxes->boxes().isEmpty());
-        QCOMPARE(mFixture->view.positions()[0].x, std::int16_t{-1000});
     }
 
     void failedReadIsShownAndKeepsTheTable_data()
@@ -95,9 +74,8 @@ private slots:
         QVERIFY(mBoxes->boxes().isEmpty());
         QVERIFY(!mFixture->view.onReadSensorPositionTbClicked());
         QCOMPARE(mBoxes->boxes().size(), 2);
-        QCOMPARE(mBoxes->boxes()[1].icon, QMessageBox::Warning);
-        QCOMPARE(mBoxes->boxes()[1].title, QString("Communication error"));
-        QTEST(mBoxes->boxes()[1].text, "text");
+        QFETCH(QString, text);
+        expectError(text);
         QCOMPARE(mFixture->view.positions(), PositionViewFixture::aCar());
     }
 
@@ -113,15 +91,6 @@ private slots:
         QCOMPARE(requests().size(), 1U);
         QCOMPARE(requests()[0].size(), 147U); // and a checksum
         QVERIFY(std::equal(expected.begin(), expected.end(), requests()[0].begin()));
-    }
-
-    void failedWriteIsShownUnlessSilent()
-    {
-        mFixture->socket.queueReply(4, {}, 3);
-        QVERIFY(!mFixture->view.onWriteSensorPositionTbClicked(true));
-        QVERIFY(mBoxes->boxes().isEmpty());
-        QVERIFY(!mFixture->view.onWriteSensorPositionTbClicked());
-        expectOneBox(QMessageBox::Warning, "Communication error", "socket: receive timeout");
     }
 
     void typedValueIsWrittenThoughTheEditorIsOpen()
@@ -153,12 +122,7 @@ private slots:
         QDoubleSpinBox* editor = mFixture->openEditor(0, 0);
         QVERIFY(editor);
         QTest::keyClicks(editor, "-1000");
-        QString section;
-        QXmlStreamWriter writer(&section);
-        writer.writeStartElement("MountPositions");
-        mFixture->view.writeXml(writer);
-        writer.writeEndElement();
-        QXmlStreamReader reader(section);
+        QXmlStreamReader reader(mFixture->section("MountPositions"));
         QVERIFY(reader.readNextStartElement());
         const QByteArray bytes = QByteArray::fromBase64(reader.readElementText().toLatin1());
         QCOMPARE(bytes.left(2), QByteArray("\x18\xFC"));
@@ -167,54 +131,27 @@ private slots:
     void openEditorDoesNotOverwriteWhatWasImported()
     {
         const QByteArray bytes = QByteArray("\x18\xFC") + QByteArray(142, '\0');
-        QXmlStreamReader reader("<MountPositions>" + bytes.toBase64() + "</MountPositions>");
-        QVERIFY(reader.readNextStartElement());
         QDoubleSpinBox* editor = mFixture->openEditor(0, 0);
         QVERIFY(editor);
         QTest::keyClicks(editor, "5");
-        std::string error;
-        QVERIFY(mFixture->view.readFromXml(reader, error));
+        QCOMPARE(mFixture->importError("<MountPositions>" + bytes.toBase64() + "</MountPositions>"),
+                 QString());
         QTRY_VERIFY(!mFixture->table().findChild<QDoubleSpinBox*>());
         QCOMPARE(mFixture->view.positions()[0].x, std::int16_t{-1000});
-    }
-
-    void exchangesRunUnderTheWaitCursor()
-    {
-        mFixture->socket.queueReply(4, aReply());
-        QVERIFY(mFixture->view.onReadSensorPositionTbClicked(true));
-        QVERIFY(!mFixture->view.onWriteSensorPositionTbClicked());
-        QCOMPARE(mFixture->socket.hadWaitCursor, std::vector<bool>(2, true));
-        QVERIFY(!QApplication::overrideCursor());
-    }
-
-    void withoutAClientNothingHappens()
-    {
-        OrvgSensorPositionView view;
-        view.setCtrlClient(nullptr);
-        QVERIFY(!view.onReadSensorPositionTbClicked());
-        QVERIFY(!view.onWriteSensorPositionTbClicked());
-        QVERIFY(mBoxes->boxes().isEmpty());
-    }
-
-    void nullClientDoesNotReplaceAnother()
-    {
-        mFixture->view.setCtrlClient(nullptr);
-        mFixture->socket.queueReply(4, {});
-        QVERIFY(mFixture->view.onWriteSensorPositionTbClicked(true));
     }
 
     void settingsFileRestoresTheTable()
     {
         mFixture->model().setPositions(PositionViewFixture::aCar());
         PositionViewFixture other;
-        QCOMPARE(read(other, section()), QString());
+        QCOMPARE(other.importError(mFixture->section("MountPositions")), QString());
         QCOMPARE(other.view.positions(), PositionViewFixture::aCar());
     }
 
     void settingsFileHoldsTheBytesOfTheWrite()
     {
         mFixture->model().setData(mFixture->model().index(0, 0), -1000);
-        const QString text = section();
+        const QString text = mFixture->section("MountPositions");
         const QString zeros = QString("AAAA").repeated(47);
         QCOMPARE(text, "<MountPositions><![CDATA[GPwA" + zeros + "]]></MountPositions>");
     }
@@ -233,13 +170,14 @@ private slots:
     {
         QFETCH(QString, content);
         mFixture->model().setPositions(PositionViewFixture::aCar());
-        QCOMPARE(read(*mFixture, "<MountPositions>" + content + "</MountPositions>"), kDataError);
+        QCOMPARE(mFixture->importError("<MountPositions>" + content + "</MountPositions>"),
+                 kDataError);
         QCOMPARE(mFixture->view.positions(), PositionViewFixture::aCar());
     }
 
     void readerIsLeftAtTheEndOfTheSection()
     {
-        QXmlStreamReader reader("<Root>" + section() + "<Next/></Root>");
+        QXmlStreamReader reader("<Root>" + mFixture->section("MountPositions") + "<Next/></Root>");
         reader.readNextStartElement();
         reader.readNextStartElement();
         std::string error;
@@ -247,43 +185,6 @@ private slots:
         QVERIFY(reader.readNextStartElement());
         QCOMPARE(reader.name().toString(), QString("Next"));
     }
-
-private:
-    const std::vector<std::vector<std::uint8_t>>& requests() const
-    {
-        return mFixture->socket.requests();
-    }
-
-    void expectOneBox(QMessageBox::Icon icon, const QString& title, const QString& text)
-    {
-        QCOMPARE(mBoxes->boxes().size(), 1);
-        QCOMPARE(mBoxes->boxes()[0].icon, icon);
-        QCOMPARE(mBoxes->boxes()[0].title, title);
-        QCOMPARE(mBoxes->boxes()[0].text, text);
-    }
-
-    QString section()
-    {
-        QString text;
-        QXmlStreamWriter writer(&text);
-        writer.writeStartElement("MountPositions");
-        mFixture->view.writeXml(writer);
-        writer.writeEndElement();
-        return text;
-    }
-
-    // The error text, empty for success.
-    static QString read(PositionViewFixture& fixture, const QString& text)
-    {
-        QXmlStreamReader reader(text);
-        reader.readNextStartElement();
-        std::string error;
-        const bool done = fixture.view.readFromXml(reader, error);
-        return done ? QString() : QString::fromStdString(error);
-    }
-
-    std::unique_ptr<PositionViewFixture> mFixture;
-    std::unique_ptr<MessageBoxWatcher> mBoxes;
 };
 
 QTEST_MAIN(PositionTransferTest)

@@ -1,37 +1,16 @@
 #pragma once
 
-#include "orv_decoder/OrvCtrlClient.h"
-#include "tests/support/CursorWatchingSocket.h"
+#include "tests/views/common/EditorFixture.h"
 #include "views/sequence/OrvgMseqStepItemModel.h"
 #include "views/sequence/OrvgMseqView.h"
 
-#include <QAbstractItemModelTester>
 #include <QComboBox>
-#include <QTableView>
-#include <QToolButton>
-#include <QtTest>
 
-/// A sequence view with a scripted ECU, its parts found by their names.
-class SequenceViewFixture
+/// A sequence view with a scripted ECU.
+class SequenceViewFixture : public EditorFixture<OrvgMseqView, OrvgMseqStepItemModel>
 {
 public:
     SequenceViewFixture() { view.resize(1100, 320); }
-
-    template<typename Widget>
-    Widget& part(const char* name)
-    {
-        return *view.findChild<Widget*>(QLatin1String(name));
-    }
-
-    QTableView& table() { return part<QTableView>("mseqTable"); }
-    OrvgMseqStepItemModel& model() { return static_cast<OrvgMseqStepItemModel&>(*table().model()); }
-    QToolButton& button(const char* name) { return part<QToolButton>(name); }
-    void click(const char* name) { QTest::mouseClick(&button(name), Qt::LeftButton); }
-
-    void setCurrent(int row, int column = 0)
-    {
-        table().setCurrentIndex(model().index(row, column));
-    }
 
     QString text(int row, int column)
     {
@@ -44,27 +23,11 @@ public:
         return qobject_cast<QComboBox*>(table().indexWidget(table().currentIndex()));
     }
 
-    /// A double click on the cell as the window system delivers it.
-    void doubleClick(int row, int column)
-    {
-        view.show();
-        const QModelIndex cell = model().index(row, column);
-        table().scrollTo(cell);
-        const QPoint center = table().visualRect(cell).center();
-        QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {},
-                           table().viewport()->mapTo(&view, center));
-    }
-
     /// The editor that a double click on the cell opened, or null. The button is still pressed, so
     /// the list is not open yet.
     QComboBox* openEditor(int row, int column)
     {
-        view.show();
-        const QModelIndex cell = model().index(row, column);
-        table().scrollTo(cell);
-        const QPoint center = table().visualRect(cell).center();
-        QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, center);
-        QTest::mouseDClick(table().viewport(), Qt::LeftButton, {}, center);
+        pressTwice(row, column);
         return editor();
     }
 
@@ -89,10 +52,4 @@ public:
         }
         return bytes;
     }
-
-    CursorWatchingSocket socket;
-    orv::OrvCtrlClient client{&socket};
-    OrvgMseqView view{nullptr, &client};
-    QAbstractItemModelTester tester{&model(),
-                                    QAbstractItemModelTester::FailureReportingMode::Fatal};
 };

@@ -1,23 +1,13 @@
-#include "tests/support/MessageBoxWatcher.h"
+#include "tests/views/common/EditorTransferTest.h"
 #include "tests/views/sequence/SequenceViewFixture.h"
 
-class SequenceTransferTest : public QObject
+class SequenceTransferTest : public EditorTransferTest<SequenceViewFixture>
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        mFixture = std::make_unique<SequenceViewFixture>();
-        mBoxes = std::make_unique<MessageBoxWatcher>(QMessageBox::Yes);
-    }
-
-    void cleanup()
-    {
-        mBoxes.reset();
-        mFixture.reset();
-        QVERIFY(!QApplication::overrideCursor());
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void emptyTableIsReadWithoutAQuestion()
     {
@@ -36,12 +26,6 @@ private slots:
         mBoxes->setAnswer(QMessageBox::No);
         mFixture->model().setSteps(SequenceViewFixture::steps(2));
         mFixture->click("readMseqTb");
-        QCOMPARE(mBoxes->boxes().size(), 1);
-        QCOMPARE(mBoxes->boxes()[0].icon, QMessageBox::Information);
-        QCOMPARE(mBoxes->boxes()[0].title, QString("Read sequence"));
-        QCOMPARE(mBoxes->boxes()[0].text,
-                 QString("Current changes would be overwritten. Are You sure?"));
-        QCOMPARE(mBoxes->boxes()[0].buttons, QMessageBox::Yes | QMessageBox::No);
         QVERIFY(requests().empty());
         QCOMPARE(mFixture->model().steps(), SequenceViewFixture::steps(2));
         QVERIFY(!mFixture->view.readSteps(false));
@@ -57,15 +41,6 @@ private slots:
         QVERIFY(!mFixture->button("addStepTb").isEnabled());
         QVERIFY(!mFixture->button("cloneStepTb").isEnabled());
         QVERIFY(mFixture->button("removeStepTb").isEnabled());
-    }
-
-    void silentReadAsksNothing()
-    {
-        queueSteps(3);
-        mFixture->model().setSteps(SequenceViewFixture::steps(2));
-        QVERIFY(mFixture->view.readSteps(true));
-        QVERIFY(mBoxes->boxes().isEmpty());
-        QCOMPARE(mFixture->model().rowCount(), 3);
     }
 
     void ecuWithoutStepsEmptiesTheTable()
@@ -113,7 +88,8 @@ private slots:
         QVERIFY(mBoxes->boxes().isEmpty());
         QVERIFY(!mFixture->view.readSteps(false));
         QFETCH(QString, text);
-        expectErrorAfterTheQuestion(text);
+        QCOMPARE(mBoxes->boxes().size(), 2);
+        expectError(text);
         QCOMPARE(mFixture->model().steps(), SequenceViewFixture::steps(2));
     }
 
@@ -121,7 +97,8 @@ private slots:
     {
         mFixture->model().setSteps(SequenceViewFixture::steps(2));
         QVERIFY(!mFixture->view.readSteps(false));
-        expectErrorAfterTheQuestion("socket: receive timeout");
+        QCOMPARE(mBoxes->boxes().size(), 2);
+        expectError("socket: receive timeout");
         QCOMPARE(mFixture->model().steps(), SequenceViewFixture::steps(2));
     }
 
@@ -157,77 +134,12 @@ private slots:
         QVERIFY(requests().empty());
     }
 
-    void failedWriteIsShownUnlessSilent()
-    {
-        mFixture->socket.queueReply(0, {}, 9);
-        mFixture->socket.queueReply(0, {}, 9);
-        mFixture->model().setSteps(SequenceViewFixture::steps(2));
-        QVERIFY(!mFixture->view.writeSteps(true));
-        QVERIFY(mBoxes->boxes().isEmpty());
-        QVERIFY(!mFixture->view.writeSteps(false));
-        expectError("ECU error (9)");
-    }
-
-    void exchangesRunUnderTheWaitCursor()
-    {
-        queueSteps(1);
-        QVERIFY(mFixture->view.readSteps(true));
-        QVERIFY(!mFixture->view.writeSteps(false));
-        QCOMPARE(mFixture->socket.hadWaitCursor, std::vector<bool>(2, true));
-        QVERIFY(!QApplication::overrideCursor());
-    }
-
-    void withoutAClientNothingHappens()
-    {
-        OrvgMseqView view;
-        view.setCtrlClient(nullptr);
-        view.addStep();
-        QVERIFY(!view.readSteps(false));
-        QVERIFY(!view.writeSteps(false));
-        QVERIFY(mBoxes->boxes().isEmpty());
-    }
-
-    void nullClientDoesNotReplaceAnother()
-    {
-        mFixture->view.setCtrlClient(nullptr);
-        queueSteps(1);
-        QVERIFY(mFixture->view.readSteps(true));
-    }
-
 private:
-    const std::vector<std::vector<std::uint8_t>>& requests() const
-    {
-        return mFixture->socket.requests();
-    }
-
     void queueSteps(std::size_t count)
     {
         mFixture->socket.queueReply(0,
                                     SequenceViewFixture::reply(SequenceViewFixture::steps(count)));
     }
-
-    void expectError(const QString& text)
-    {
-        QCOMPARE(mBoxes->boxes().size(), 1);
-        expectErrorBox(mBoxes->boxes().last(), text);
-    }
-
-    void expectErrorAfterTheQuestion(const QString& text)
-    {
-        QCOMPARE(mBoxes->boxes().size(), 2);
-        expectErrorBox(mBoxes->boxes().last(), text);
-    }
-
-    static void expectErrorBox(const MessageBoxWatcher::Box& box, const QString& text)
-    {
-        QCOMPARE(box.icon, QMessageBox::Warning);
-        QCOMPARE(box.title, QString("Communication error"));
-        QCOMPARE(box.text, text);
-        QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    }
-
-    std::unique_ptr<SequenceViewFixture> mFixture;
-    std::unique_ptr<MessageBoxWatcher> mBoxes;
 };
 
 QTEST_MAIN(SequenceTransferTest)

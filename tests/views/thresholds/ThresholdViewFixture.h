@@ -1,45 +1,31 @@
 #pragma once
 
-#include "orv_decoder/OrvCtrlClient.h"
-#include "tests/support/CursorWatchingSocket.h"
 #include "tests/support/ManualClock.h"
-#include "tests/support/MessageBoxWatcher.h"
+#include "tests/views/common/EditorFixture.h"
 #include "views/plot/OrvgPlotWidget.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdView.h"
 #include "views/thresholds/ThresholdEditor.h"
 
-#include <QAbstractItemModelTester>
 #include <QComboBox>
-#include <QTableView>
-#include <QToolButton>
-#include <QtTest>
 
 #include <vector>
 
-/// A threshold view with a scripted ECU, its parts found by their names.
-class ThresholdViewFixture
+/// The clock of the fixture's calibration: there before the view and after it.
+struct CalibrationTime
+{
+    ManualClock clock;
+};
+
+/// A threshold view with a scripted ECU.
+class ThresholdViewFixture : public CalibrationTime,
+                             public EditorFixture<OrvgThresholdView, OrvgThreshItemModel>
 {
 public:
-    ThresholdViewFixture()
-    {
-        view.resize(900, 700);
-        view.setCtrlClient(&client);
-    }
+    ThresholdViewFixture() : EditorFixture(nullptr, &clock) { view.resize(900, 700); }
 
-    template<typename Widget>
-    Widget& part(const char* name)
-    {
-        return *view.findChild<Widget*>(QLatin1String(name));
-    }
-
-    QTableView& table() { return part<QTableView>("mTableView"); }
     QComboBox& scaleBox() { return part<QComboBox>("mScaleCb"); }
     OrvgPlotWidget& plot() { return part<OrvgPlotWidget>("mPlot"); }
-    OrvgThreshItemModel& model() { return static_cast<OrvgThreshItemModel&>(*table().model()); }
-    void click(const char* button) { part<QToolButton>(button).click(); }
-
-    void select(int row, int column = 0) { table().setCurrentIndex(model().index(row, column)); }
 
     /// The editor that a double click on the cell opened, or null.
     ThresholdEditor* openEditor(int row, int column)
@@ -48,11 +34,7 @@ public:
         view.activateWindow();
         if (!QTest::qWaitForWindowActive(&view))
             return nullptr;
-        const QModelIndex cell = model().index(row, column);
-        table().scrollTo(cell);
-        const QPoint center = table().visualRect(cell).center();
-        QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {},
-                           table().viewport()->mapTo(&view, center));
+        doubleClick(row, column);
         return table().findChild<ThresholdEditor*>();
     }
 
@@ -80,11 +62,4 @@ public:
         bytes.back() = scale;
         return bytes;
     }
-
-    CursorWatchingSocket socket;
-    orv::OrvCtrlClient client{&socket};
-    ManualClock clock;
-    OrvgThresholdView view{nullptr, &clock};
-    QAbstractItemModelTester tester{&model(),
-                                    QAbstractItemModelTester::FailureReportingMode::Fatal};
 };

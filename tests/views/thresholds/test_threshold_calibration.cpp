@@ -1,3 +1,4 @@
+#include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/modal_dialogs.h"
 #include "tests/support/screenshots.h"
 #include "tests/views/thresholds/ThresholdViewFixture.h"
@@ -64,7 +65,7 @@ private slots:
 
     void sendsTheSelectedSensor()
     {
-        mFixture->select(4);
+        mFixture->setCurrent(4);
         mFixture->click("mCalibrateTb"); // no reply
         QCOMPARE(requests().size(), 1U);
         QCOMPARE(requests()[0][0], std::uint8_t{5});
@@ -81,7 +82,7 @@ private slots:
     void refusedStartIsShownAndKeepsThePeaks()
     {
         mFixture->socket.queueReply(5, {}, 3);
-        mFixture->select(4);
+        mFixture->setCurrent(4);
         mFixture->receiveEcho(4, 15000);
         mFixture->view.onAutoCalibrationStart();
         expectOneBox("Communication error", "ECU error (3)");
@@ -147,7 +148,7 @@ private slots:
 
     void startEmptiesThePeaks()
     {
-        mFixture->select(4);
+        mFixture->setCurrent(4);
         mFixture->receiveEcho(4, 15000);
         QVERIFY(mFixture->plotHasStickAt(15000));
         start(4, {-1});
@@ -278,7 +279,7 @@ private slots:
         mHost->resize(mFixture->view.size());
         mHost->show();
         mFixture->socket.queueReply(5, {});
-        mFixture->select(4);
+        mFixture->setCurrent(4);
         clickThroughTheWindow("mResetTb");
         clickThroughTheWindow("mCalibrateTb");
         QVERIFY(openDialog());
@@ -362,7 +363,7 @@ private:
         mFixture->socket.queueReply(5, {});
         for (const std::int8_t state : states)
             mFixture->socket.queueReply(5, {static_cast<std::uint8_t>(state)});
-        mFixture->select(sensor);
+        mFixture->setCurrent(sensor);
         mFixture->click("mCalibrateTb");
     }
 

@@ -53,7 +53,7 @@ private slots:
         QFETCH(QPalette, palette);
         const PaletteScope scope(palette);
         mFixture->view.show();
-        mFixture->select(1, 3);
+        mFixture->setCurrent(1, 3);
         QCOMPARE(inCell(0, 0).ground, palette.color(QPalette::Base));
         QVERIFY(inCell(0, 0).ratio >= kReadable);
         QCOMPARE(inCell(1, 3).ground, palette.color(QPalette::Highlight));
@@ -141,7 +141,7 @@ private slots:
 
     void guidePicturesShowCurvePeaksAndEditor()
     {
-        mFixture->select(2, 4);
+        mFixture->setCurrent(2, 4);
         for (const std::uint16_t timeOfFlight :
              std::initializer_list<std::uint16_t>{614, 665, 7987, 8038, 8089, 15052})
             mFixture->receiveEcho(2, timeOfFlight);

@@ -1,3 +1,4 @@
+#include "tests/views/common/EditorTransferTest.h"
 #include "tests/views/thresholds/ThresholdViewFixture.h"
 
 #include <QtTest>
@@ -14,23 +15,13 @@ void queueAllReads(ScriptedControlSocket& socket, std::uint8_t entry = 0x5F)
 
 } // namespace
 
-class ThresholdTransferTest : public QObject
+class ThresholdTransferTest : public EditorTransferTest<ThresholdViewFixture>
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        mFixture = std::make_unique<ThresholdViewFixture>();
-        mBoxes = std::make_unique<MessageBoxWatcher>(QMessageBox::Yes);
-    }
-
-    void cleanup()
-    {
-        mBoxes.reset();
-        mFixture.reset();
-        QVERIFY(!QApplication::overrideCursor());
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void readNeedsASelectedSensor()
     {
@@ -42,7 +33,7 @@ private slots:
     void readAsksBeforeItOverwrites()
     {
         mBoxes->setAnswer(QMessageBox::No);
-        mFixture->select(3);
+        mFixture->setCurrent(3);
         mFixture->click("mReadTb");
         expectOneBox(QMessageBox::Information, "Read Thresholds", kQuestion);
         QCOMPARE(mBoxes->boxes()[0].buttons, QMessageBox::Yes | QMessageBox::No);
@@ -52,7 +43,7 @@ private slots:
     void readTakesTheRecordOfTheSelectedSensor()
     {
         mFixture->socket.queueReply(1, ThresholdViewFixture::wireRecord(3, 0x5F, 3));
-        mFixture->select(3, 7);
+        mFixture->setCurrent(3, 7);
         mFixture->click("mReadTb");
         QCOMPARE(mBoxes->boxes().size(), 1);
         QCOMPARE(requests().size(), 1U);
@@ -65,7 +56,7 @@ private slots:
     void readSelectsTheRowAgain()
     {
         mFixture->socket.queueReply(1, ThresholdViewFixture::wireRecord(3));
-        mFixture->select(3, 7);
+        mFixture->setCurrent(3, 7);
         mFixture->view.onReadThresholds(true);
         QCOMPARE(mFixture->table().currentIndex().row(), 3);
         QVERIFY(mFixture->table().selectionModel()->isRowSelected(3, {}));
@@ -74,7 +65,7 @@ private slots:
     void silentReadAsksNothing()
     {
         mFixture->socket.queueReply(1, ThresholdViewFixture::wireRecord(3));
-        mFixture->select(3);
+        mFixture->setCurrent(3);
         mFixture->view.onReadThresholds(true);
         QVERIFY(mBoxes->boxes().isEmpty());
         QCOMPARE(mFixture->model().record(3).scale, std::uint8_t{1});
@@ -83,7 +74,7 @@ private slots:
     void scaleThatTheListDoesNotOfferIsKeptWithoutAChoice()
     {
         mFixture->socket.queueReply(1, ThresholdViewFixture::wireRecord(3, 0x5F, 4));
-        mFixture->select(3);
+        mFixture->setCurrent(3);
         mFixture->view.onReadThresholds(true);
         QCOMPARE(mFixture->model().record(3).scale, std::uint8_t{4});
         QCOMPARE(mFixture->scaleBox().currentIndex(), -1);
@@ -116,7 +107,7 @@ private slots:
         QFETCH(QString, text);
         if (!frame.isEmpty())
             mFixture->socket.queueRaw({frame.begin(), frame.end()});
-        mFixture->select(3);
+        mFixture->setCurrent(3);
         const auto before = mFixture->model().records();
         mFixture->view.onReadThresholds(true);
         expectOneBox(QMessageBox::Warning, "Communication error", text);
@@ -127,7 +118,7 @@ private slots:
     void writeSendsTheSelectedRecordPermanently()
     {
         mFixture->socket.queueReply(1, {});
-        mFixture->select(11);
+        mFixture->setCurrent(11);
         mFixture->model().setData(mFixture->model().index(11, 0), QPoint(7, 30));
         mFixture->click("mWriteTb");
         const std::vector<std::uint8_t> expected = {1, 0, 11, 0xFE, 0, 0, 0, 0,
@@ -141,7 +132,7 @@ private slots:
     void writeEmptiesThePeaksAndSelectsTheRowAgain()
     {
         mFixture->socket.queueReply(1, {});
-        mFixture->select(2, 5);
+        mFixture->setCurrent(2, 5);
         mFixture->receiveEcho(2, 15000);
         QVERIFY(mFixture->plotHasStickAt(15000));
         QVERIFY(mFixture->view.onWriteThresholds());
@@ -158,21 +149,13 @@ private slots:
 
     void failedWriteIsShownUnlessSilentAndKeepsThePeaks()
     {
-        mFixture->select(2);
+        mFixture->setCurrent(2);
         mFixture->receiveEcho(2, 15000);
         QVERIFY(!mFixture->view.onWriteThresholds(true));
         QVERIFY(mBoxes->boxes().isEmpty());
         QVERIFY(!mFixture->view.onWriteThresholds());
         expectOneBox(QMessageBox::Warning, "Communication error", "socket: receive timeout");
         QVERIFY(mFixture->plotHasStickAt(15000));
-    }
-
-    void readAllAsksBeforeItOverwrites()
-    {
-        mBoxes->setAnswer(QMessageBox::No);
-        QVERIFY(!mFixture->view.onReceiveAll());
-        expectOneBox(QMessageBox::Information, "Read Thresholds", kQuestion);
-        QVERIFY(requests().empty());
     }
 
     void readAllTakesTheRecordsOfAllSensorsInOrder()
@@ -194,7 +177,7 @@ private slots:
             mFixture->socket.queueReply(
                 1, ThresholdViewFixture::wireRecord(sensor, sensor == 4 ? 0xFF : 0x00,
                                                     sensor == 4 ? 3 : 0));
-        mFixture->select(4);
+        mFixture->setCurrent(4);
         mFixture->receiveEcho(4, 15000);
         QVERIFY(mFixture->view.onReceiveAll(true));
         QVERIFY(!mFixture->plotHasStickAt(15000));
@@ -220,26 +203,16 @@ private slots:
         }
         QVERIFY(!mFixture->view.onReceiveAll());
         QCOMPARE(mBoxes->boxes().size(), 2);
-        QCOMPARE(mBoxes->boxes()[1].icon, QMessageBox::Warning);
-        QCOMPARE(mBoxes->boxes()[1].title, QString("Communication error"));
-        QCOMPARE(mBoxes->boxes()[1].text,
-                 QString("Sensor  2: socket: receive timeout\nSensor 12: ECU error (3)"));
+        expectError("Sensor  2: socket: receive timeout\nSensor 12: ECU error (3)");
         QCOMPARE(mFixture->model().record(1).scale, std::uint8_t{2});
         QCOMPARE(mFixture->model().record(10).scale, std::uint8_t{1});
-    }
-
-    void silentReadAllReportsByItsResultAlone()
-    {
-        QVERIFY(!mFixture->view.onReceiveAll(true));
-        QCOMPARE(requests().size(), 12U);
-        QVERIFY(mBoxes->boxes().isEmpty());
     }
 
     void writeAllSendsAllRecordsAndLeavesPlotAndSelectionAlone()
     {
         for (int i = 0; i < 12; ++i)
             mFixture->socket.queueReply(1, {});
-        mFixture->select(4, 6);
+        mFixture->setCurrent(4, 6);
         mFixture->receiveEcho(4, 15000);
         mFixture->click("mWriteAllTb");
         QCOMPARE(requests().size(), 12U);
@@ -261,61 +234,18 @@ private slots:
         expectOneBox(QMessageBox::Warning, "Communication error", "ECU error (3)");
     }
 
-    void silentWriteAllReportsByItsResultAlone()
-    {
-        QVERIFY(!mFixture->view.onTransmitAll(true));
-        QVERIFY(mBoxes->boxes().isEmpty());
-    }
-
     void exchangesRunUnderTheWaitCursor()
     {
         queueAllReads(mFixture->socket);
         mFixture->view.onReceiveAll(true);
         mFixture->view.onTransmitAll(true); // fails with the first sensor
-        mFixture->select(3);
+        mFixture->setCurrent(3);
         mFixture->view.onReadThresholds(true);
         mFixture->view.onWriteThresholds(true);
         mFixture->view.onAutoCalibrationStart();
         QCOMPARE(mFixture->socket.hadWaitCursor, std::vector<bool>(16, true));
         QVERIFY(!QApplication::overrideCursor());
     }
-
-    void withoutAClientNothingHappens()
-    {
-        OrvgThresholdView view;
-        view.setCtrlClient(nullptr);
-        view.findChild<QTableView*>()->selectRow(3);
-        view.onReadThresholds();
-        view.onAutoCalibrationStart();
-        QVERIFY(!view.onWriteThresholds());
-        QVERIFY(!view.onReceiveAll());
-        QVERIFY(!view.onTransmitAll());
-        QVERIFY(mBoxes->boxes().isEmpty());
-    }
-
-    void nullClientDoesNotReplaceAnother()
-    {
-        mFixture->view.setCtrlClient(nullptr);
-        queueAllReads(mFixture->socket);
-        QVERIFY(mFixture->view.onReceiveAll(true));
-    }
-
-private:
-    const std::vector<std::vector<std::uint8_t>>& requests() const
-    {
-        return mFixture->socket.requests();
-    }
-
-    void expectOneBox(QMessageBox::Icon icon, const QString& title, const QString& text)
-    {
-        QCOMPARE(mBoxes->boxes().size(), 1);
-        QCOMPARE(mBoxes->boxes()[0].icon, icon);
-        QCOMPARE(mBoxes->boxes()[0].title, title);
-        QCOMPARE(mBoxes->boxes()[0].text, text);
-    }
-
-    std::unique_ptr<ThresholdViewFixture> mFixture;
-    std::unique_ptr<MessageBoxWatcher> mBoxes;
 };
 
 QTEST_MAIN(ThresholdTransferTest)

@@ -91,7 +91,7 @@ private slots:
         mFixture->view.show();
         mFixture->view.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&mFixture->view));
-        mFixture->select(2, 4);
+        mFixture->setCurrent(2, 4);
         mFixture->table().setFocus();
         QStringList order;
         for (int i = 0; i < 7; ++i) {
@@ -106,34 +106,34 @@ private slots:
     {
         mFixture->model().setScale(0, 3);
         QCOMPARE(orangePixels(), 0);
-        mFixture->select(0);
+        mFixture->setCurrent(0);
         QVERIFY(orangePixels() > 100);
         QCOMPARE(mFixture->scaleBox().currentText(), QString("100%"));
     }
 
     void anotherRowEmptiesThePeaksAnotherColumnDoesNot()
     {
-        mFixture->select(2);
+        mFixture->setCurrent(2);
         mFixture->receiveEcho(2, 15000);
-        mFixture->select(2, 5);
+        mFixture->setCurrent(2, 5);
         QVERIFY(mFixture->plotHasStickAt(15000));
-        mFixture->select(3, 5);
+        mFixture->setCurrent(3, 5);
         QVERIFY(!mFixture->plotHasStickAt(15000));
     }
 
     void currentColumnIsMarked()
     {
         mFixture->model().setRecord(curve(2));
-        mFixture->select(2, 0);
+        mFixture->setCurrent(2, 0);
         const QPoint first = brightWhite();
-        mFixture->select(2, 4);
+        mFixture->setCurrent(2, 4);
         QVERIFY(first.x() >= 0);
         QVERIFY(brightWhite().x() > first.x());
     }
 
     void invalidIndexChangesNothing()
     {
-        mFixture->select(2);
+        mFixture->setCurrent(2);
         const QImage before = mFixture->plot().grab().toImage();
         mFixture->view.onSelectionChanged({}, {});
         mFixture->view.onDataChanged({});
@@ -142,10 +142,10 @@ private slots:
 
     void rowsBehindTheSensorsChangeNothing()
     {
-        mFixture->select(2);
+        mFixture->setCurrent(2);
         mFixture->model().insertRow(12);
         const QImage before = mFixture->plot().grab().toImage();
-        mFixture->select(12);
+        mFixture->setCurrent(12);
         mFixture->receiveEcho(12, 15000);
         mFixture->view.onScaleChanged(0);
         QCOMPARE(mFixture->plot().grab().toImage(), before);
@@ -155,7 +155,7 @@ private slots:
 
     void editMovesTheCurveAndKeepsThePeaks()
     {
-        mFixture->select(2);
+        mFixture->setCurrent(2);
         mFixture->receiveEcho(2, 15000);
         const QImage before = mFixture->plot().grab().toImage();
         mFixture->model().setData(mFixture->model().index(2, 3), QPoint(6, 30));
@@ -166,7 +166,7 @@ private slots:
     void chosenScaleGoesToTheSelectedSensor()
     {
         mFixture->view.onScaleChanged(0); // nothing selected
-        mFixture->select(7);
+        mFixture->setCurrent(7);
         QTest::keyClick(&mFixture->scaleBox(), Qt::Key_Up);
         QCOMPARE(mFixture->model().record(7).scale, std::uint8_t{1});
         QCOMPARE(mFixture->model().record(0).scale, std::uint8_t{2});
@@ -176,7 +176,7 @@ private slots:
     {
         mFixture->receiveEcho(0, 15000);
         QVERIFY(!mFixture->plotHasStickAt(15000));
-        mFixture->select(2);
+        mFixture->setCurrent(2);
         mFixture->receiveEcho(3, 15000);
         mFixture->receiveEcho(255, 15000);
         QVERIFY(!mFixture->plotHasStickAt(15000));
@@ -186,7 +186,7 @@ private slots:
 
     void resetButtonEmptiesThePeaks()
     {
-        mFixture->select(2);
+        mFixture->setCurrent(2);
         mFixture->receiveEcho(2, 15000);
         mFixture->click("mResetTb");
         QVERIFY(!mFixture->plotHasStickAt(15000));
@@ -301,7 +301,7 @@ private slots:
         QVERIFY(editor);
         QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
         ThresholdViewFixture other;
-        QVERIFY(read(other, section()).empty());
+        QCOMPARE(other.importError(section()), QString());
         QCOMPARE(other.model().record(5).entries[3], std::uint8_t{0xE0});
         QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
     }
@@ -322,13 +322,10 @@ private slots:
     {
         ThresholdViewFixture other;
         other.model().setRecord(curve(5));
-        QXmlStreamReader reader(sectionOf(other));
-        reader.readNextStartElement();
         ThresholdEditor* editor = openEditor(5, 3);
         QVERIFY(editor);
         QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
-        std::string error;
-        QVERIFY(mFixture->view.readFromXml(reader, error));
+        QCOMPARE(mFixture->importError(other.section("Thresholds")), QString());
         QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
         QCOMPARE(mFixture->model().record(5).entries, curve(5).entries);
     }
@@ -352,7 +349,7 @@ private slots:
         mFixture->model().setScale(11, 0);
         const QString text = section();
         ThresholdViewFixture other;
-        QVERIFY(read(other, text).empty());
+        QCOMPARE(other.importError(text), QString());
         QCOMPARE(other.model().record(2).entries, curve(2).entries);
         QCOMPARE(other.model().record(11).scale, std::uint8_t{0});
     }
@@ -371,10 +368,10 @@ private slots:
         mFixture->model().setScale(2, 3);
         const QString text = section();
         ThresholdViewFixture other;
-        other.select(2);
-        QVERIFY(read(other, text).empty());
+        other.setCurrent(2);
+        QCOMPARE(other.importError(text), QString());
         QCOMPARE(other.scaleBox().currentText(), QString("100%"));
-        mFixture->select(2);
+        mFixture->setCurrent(2);
         QCOMPARE(other.plot().grab().toImage(), mFixture->plot().grab().toImage());
     }
 
@@ -382,7 +379,7 @@ private slots:
     {
         const auto before = mFixture->model().records();
         const QString text = section().replace("id=\"11\"", "id=\"12\"").replace("AAI=", "AAE=");
-        QCOMPARE(read(*mFixture, text), std::string("wrong id value"));
+        QCOMPARE(mFixture->importError(text), QString("wrong id value"));
         QCOMPARE(mFixture->model().records(), before);
     }
 
@@ -423,26 +420,7 @@ private:
         return editor->findChild<QComboBox*>(QLatin1String(name));
     }
 
-    QString section() { return sectionOf(*mFixture); }
-
-    static QString sectionOf(ThresholdViewFixture& fixture)
-    {
-        QString text;
-        QXmlStreamWriter writer(&text);
-        writer.writeStartElement("Thresholds");
-        fixture.view.writeXml(writer);
-        writer.writeEndElement();
-        return text;
-    }
-
-    // The error text, empty for success.
-    static std::string read(ThresholdViewFixture& fixture, const QString& text)
-    {
-        QXmlStreamReader reader(text);
-        reader.readNextStartElement();
-        std::string error;
-        return fixture.view.readFromXml(reader, error) ? std::string() : error;
-    }
+    QString section() { return mFixture->section("Thresholds"); }
 
     std::unique_ptr<ThresholdViewFixture> mFixture;
 };

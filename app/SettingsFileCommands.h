@@ -9,13 +9,13 @@ class QWidget;
 
 /// The commands that export the settings to a file and import them: the dialogs and messages
 /// around a SettingsFile.
-class SettingsExchange
+class SettingsFileCommands
 {
-    Q_DECLARE_TR_FUNCTIONS(SettingsExchange)
+    Q_DECLARE_TR_FUNCTIONS(SettingsFileCommands)
 
 public:
     /// The parent of the dialogs is borrowed.
-    SettingsExchange(SettingsFile file, QWidget* dialogParent);
+    SettingsFileCommands(SettingsFile file, QWidget* dialogParent);
 
     void exportSettings() const;
     void importSettings() const;

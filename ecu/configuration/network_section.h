@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ecu/configuration/ConfigurationPart.h"
+
 #include <string>
 
 class QSettings;
@@ -17,5 +19,10 @@ void writeNetworkSection(QXmlStreamWriter& writer, QSettings& store);
 /// the 32nd and names or texts that no setting has the length of are left out. False with the
 /// reason in `error` for an element that holds elements; those before it are stored.
 bool importNetworkSection(QXmlStreamReader& reader, QSettings& store, std::string& error);
+
+/// Both as a part of the configuration. The ECU has its network settings from the connection
+/// dialog alone.
+/// @param store borrowed
+ConfigurationPart networkPart(QSettings& store);
 
 } // namespace settings

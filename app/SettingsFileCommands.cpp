@@ -1,15 +1,15 @@
-#include "app/SettingsExchange.h"
+#include "app/SettingsFileCommands.h"
 
 #include "app/OrvgOpenXmlSettingsDialog.h"
 #include "views/common/save_dialog.h"
 
 #include <QMessageBox>
 
-SettingsExchange::SettingsExchange(SettingsFile file, QWidget* dialogParent)
+SettingsFileCommands::SettingsFileCommands(SettingsFile file, QWidget* dialogParent)
     : mFile(std::move(file)), mDialogParent(dialogParent)
 {}
 
-void SettingsExchange::exportSettings() const
+void SettingsFileCommands::exportSettings() const
 {
     const QString fileName = askSaveFileName(mDialogParent, tr("Export settings file"),
                                              tr("Orv settings(*.orv)"), QStringLiteral(".orv"));
@@ -20,7 +20,7 @@ void SettingsExchange::exportSettings() const
         QMessageBox::warning(mDialogParent, titleOf(result.outcome), result.errorText);
 }
 
-void SettingsExchange::importSettings() const
+void SettingsFileCommands::importSettings() const
 {
     OrvgOpenXmlSettingsDialog dialog;
     if (dialog.exec() != QDialog::Accepted)
@@ -30,13 +30,13 @@ void SettingsExchange::importSettings() const
     }));
 }
 
-QString SettingsExchange::titleOf(FileWriteResult::Outcome outcome)
+QString SettingsFileCommands::titleOf(FileWriteResult::Outcome outcome)
 {
     return outcome == FileWriteResult::Outcome::CannotOpen ? tr("Can't open file for writing")
                                                            : tr("Can't write file");
 }
 
-void SettingsExchange::showReport(const ImportReport& report) const
+void SettingsFileCommands::showReport(const ImportReport& report) const
 {
     if (report.isComplete())
         return;

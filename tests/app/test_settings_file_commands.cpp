@@ -1,5 +1,5 @@
 #include "app/OrvgOpenXmlSettingsDialog.h"
-#include "app/SettingsExchange.h"
+#include "app/SettingsFileCommands.h"
 #include "tests/support/FullDisk.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/modal_dialogs.h"
@@ -14,7 +14,7 @@
 #include <QtTest>
 
 /// The two commands around a file with one section that holds one text.
-class TestSettingsExchange : public QObject
+class TestSettingsFileCommands : public QObject
 {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ private slots:
     void abortedImportIsTold();
 
 private:
-    SettingsExchange exchange();
+    SettingsFileCommands commands();
     void exportTo(const QString& fileName);
     void import(const QByteArray& content);
     QString path(const QString& name) const { return mFolder->filePath(name); }
@@ -48,28 +48,28 @@ private:
     QString mText;
 };
 
-void TestSettingsExchange::init()
+void TestSettingsFileCommands::init()
 {
     mFolder = std::make_unique<QTemporaryDir>();
     mText = QStringLiteral("text");
 }
 
-SettingsExchange TestSettingsExchange::exchange()
+SettingsFileCommands TestSettingsFileCommands::commands()
 {
-    const SettingsSection section{
+    const ConfigurationPart part{
         .element = QStringLiteral("MSEQ"),
         .errorName = QStringLiteral("Measurement sequence"),
-        .write = [this](QXmlStreamWriter& writer) { writer.writeCharacters(mText); },
-        .read =
+        .writeXml = [this](QXmlStreamWriter& writer) { writer.writeCharacters(mText); },
+        .readFromXml =
             [this](QXmlStreamReader& reader, std::string& error) {
                 mText = reader.readElementText();
                 error = "wrong id value";
                 return mText != QStringLiteral("bad");
             }};
-    return {SettingsFile({section}), nullptr};
+    return {SettingsFile({part}), nullptr};
 }
 
-void TestSettingsExchange::exportTo(const QString& fileName)
+void TestSettingsFileCommands::exportTo(const QString& fileName)
 {
     QObject command;
     whenOpened<QFileDialog>(&command, [&](QFileDialog& dialog) {
@@ -78,10 +78,10 @@ void TestSettingsExchange::exportTo(const QString& fileName)
         // Opens again when the user keeps the existing file.
         whenOpened<QFileDialog>(&command, [](QFileDialog& again) { again.reject(); });
     });
-    exchange().exportSettings();
+    commands().exportSettings();
 }
 
-void TestSettingsExchange::import(const QByteArray& content)
+void TestSettingsFileCommands::import(const QByteArray& content)
 {
     const QString fileName = path(QStringLiteral("import.orv"));
     QFile file(fileName);
@@ -92,16 +92,16 @@ void TestSettingsExchange::import(const QByteArray& content)
         dialog.findChild<QLineEdit*>(QStringLiteral("mFileLineEdit"))->setText(fileName);
         dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
     });
-    exchange().importSettings();
+    commands().importSettings();
 }
 
-QByteArray TestSettingsExchange::contentOf(const QString& fileName)
+QByteArray TestSettingsFileCommands::contentOf(const QString& fileName)
 {
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void TestSettingsExchange::exportAsksForAnOrvFile()
+void TestSettingsFileCommands::exportAsksForAnOrvFile()
 {
     QString caption;
     QStringList filters;
@@ -110,24 +110,24 @@ void TestSettingsExchange::exportAsksForAnOrvFile()
         filters = dialog.nameFilters();
         dialog.reject();
     });
-    exchange().exportSettings();
+    commands().exportSettings();
     QCOMPARE(caption, QStringLiteral("Export settings file"));
     QCOMPARE(filters, QStringList{"Orv settings(*.orv)"});
 }
 
-void TestSettingsExchange::cancelledExportWritesNothing()
+void TestSettingsFileCommands::cancelledExportWritesNothing()
 {
     const MessageBoxWatcher watcher;
     whenOpened<QFileDialog>(this, [this](QFileDialog& dialog) {
         dialog.selectFile(path(QStringLiteral("a.orv")));
         dialog.reject();
     });
-    exchange().exportSettings();
+    commands().exportSettings();
     QVERIFY(QDir(mFolder->path()).isEmpty());
     QVERIFY(watcher.boxes().isEmpty());
 }
 
-void TestSettingsExchange::exportedFileIsWrittenSilently()
+void TestSettingsFileCommands::exportedFileIsWrittenSilently()
 {
     const MessageBoxWatcher watcher;
     exportTo(path(QStringLiteral("a.orv")));
@@ -137,7 +137,7 @@ void TestSettingsExchange::exportedFileIsWrittenSilently()
     QVERIFY(watcher.boxes().isEmpty());
 }
 
-void TestSettingsExchange::missingExtensionIsAppended()
+void TestSettingsFileCommands::missingExtensionIsAppended()
 {
     exportTo(path(QStringLiteral("a")));
     exportTo(path(QStringLiteral("bumper v1.2")));
@@ -145,7 +145,7 @@ void TestSettingsExchange::missingExtensionIsAppended()
              QStringList({"a.orv", "bumper v1.2.orv"}));
 }
 
-void TestSettingsExchange::existingFileIsAskedAbout_data()
+void TestSettingsFileCommands::existingFileIsAskedAbout_data()
 {
     QTest::addColumn<QString>("typed");
     QTest::addColumn<bool>("isReplaced");
@@ -158,7 +158,7 @@ void TestSettingsExchange::existingFileIsAskedAbout_data()
     QTest::newRow("with another dot, kept") << "a v1.2" << false;
 }
 
-void TestSettingsExchange::existingFileIsAskedAbout()
+void TestSettingsFileCommands::existingFileIsAskedAbout()
 {
     QFETCH(QString, typed);
     QFETCH(bool, isReplaced);
@@ -174,7 +174,7 @@ void TestSettingsExchange::existingFileIsAskedAbout()
     QCOMPARE(contentOf(full) != former, isReplaced);
 }
 
-void TestSettingsExchange::fileThatCannotBeOpenedIsTold()
+void TestSettingsFileCommands::fileThatCannotBeOpenedIsTold()
 {
     const MessageBoxWatcher watcher;
     exportTo(QStringLiteral("/proc/a.orv"));
@@ -184,7 +184,7 @@ void TestSettingsExchange::fileThatCannotBeOpenedIsTold()
     QVERIFY(!watcher.boxes().first().text.isEmpty());
 }
 
-void TestSettingsExchange::fullDiskIsToldAndKeepsTheFormerFile_data()
+void TestSettingsFileCommands::fullDiskIsToldAndKeepsTheFormerFile_data()
 {
     QTest::addColumn<int>("length");
 
@@ -192,7 +192,7 @@ void TestSettingsExchange::fullDiskIsToldAndKeepsTheFormerFile_data()
     QTest::newRow("long file") << 100'000;
 }
 
-void TestSettingsExchange::fullDiskIsToldAndKeepsTheFormerFile()
+void TestSettingsFileCommands::fullDiskIsToldAndKeepsTheFormerFile()
 {
     QFETCH(int, length);
     const QString fileName = path(QStringLiteral("a.orv"));
@@ -212,17 +212,17 @@ void TestSettingsExchange::fullDiskIsToldAndKeepsTheFormerFile()
     QCOMPARE(QDir(mFolder->path()).entryList(QDir::Files), QStringList{"a.orv"});
 }
 
-void TestSettingsExchange::cancelledImportReadsNothing()
+void TestSettingsFileCommands::cancelledImportReadsNothing()
 {
     whenOpened<OrvgOpenXmlSettingsDialog>(
         this, [](OrvgOpenXmlSettingsDialog& dialog) { dialog.reject(); });
     const MessageBoxWatcher watcher;
-    exchange().importSettings();
+    commands().importSettings();
     QCOMPARE(mText, QStringLiteral("text"));
     QVERIFY(watcher.boxes().isEmpty());
 }
 
-void TestSettingsExchange::importReadsWhatIsTicked()
+void TestSettingsFileCommands::importReadsWhatIsTicked()
 {
     const MessageBoxWatcher watcher;
     import("<OrvgProject><MSEQ>imported</MSEQ></OrvgProject>");
@@ -230,7 +230,7 @@ void TestSettingsExchange::importReadsWhatIsTicked()
     QVERIFY(watcher.boxes().isEmpty());
 }
 
-void TestSettingsExchange::failedSectionIsTold()
+void TestSettingsFileCommands::failedSectionIsTold()
 {
     const MessageBoxWatcher watcher;
     import("<OrvgProject><MSEQ>bad</MSEQ></OrvgProject>");
@@ -242,7 +242,7 @@ void TestSettingsExchange::failedSectionIsTold()
                             "Measurement sequence: wrong id value\n"));
 }
 
-void TestSettingsExchange::abortedImportIsTold()
+void TestSettingsFileCommands::abortedImportIsTold()
 {
     const MessageBoxWatcher watcher;
     import("<OrvgProject><MSEQ>a</MSEQ><Other/></OrvgProject>");
@@ -252,5 +252,5 @@ void TestSettingsExchange::abortedImportIsTold()
     QCOMPARE(mText, QStringLiteral("a"));
 }
 
-QTEST_MAIN(TestSettingsExchange)
-#include "test_settings_exchange.moc"
+QTEST_MAIN(TestSettingsFileCommands)
+#include "test_settings_file_commands.moc"

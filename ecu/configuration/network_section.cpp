@@ -1,4 +1,4 @@
-#include "ecu/configuration/NetworkSection.h"
+#include "ecu/configuration/network_section.h"
 
 #include "ecu/store/network_keys.h"
 
@@ -49,6 +49,18 @@ bool importNetworkSection(QXmlStreamReader& reader, QSettings& store, std::strin
     store.endGroup();
     error = reader.errorString().toStdString();
     return !reader.hasError();
+}
+
+ConfigurationPart networkPart(QSettings& store)
+{
+    const QString name = QStringLiteral("Network");
+    return {.element = name,
+            .errorName = name,
+            .writeXml = [&store](QXmlStreamWriter& writer) { writeNetworkSection(writer, store); },
+            .readFromXml =
+                [&store](QXmlStreamReader& reader, std::string& error) {
+                    return importNetworkSection(reader, store, error);
+                }};
 }
 
 } // namespace settings

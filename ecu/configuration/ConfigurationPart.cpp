@@ -1,0 +1,39 @@
+#include "ecu/configuration/ConfigurationPart.h"
+
+#include <algorithm>
+
+namespace {
+
+QVector<EcuTransfer> transfersInTurn(const QVector<ConfigurationPart>& parts)
+{
+    QVector<EcuTransfer> transfers;
+    for (const ConfigurationPart& part : parts) {
+        if (part.ecu)
+            transfers.append(*part.ecu);
+    }
+    std::ranges::stable_sort(transfers, {}, &EcuTransfer::turn);
+    return transfers;
+}
+
+QStringList failuresOf(const QVector<ConfigurationPart>& parts,
+                       std::function<bool()> EcuTransfer::*operation)
+{
+    QStringList failures;
+    for (const EcuTransfer& transfer : transfersInTurn(parts)) {
+        if (!(transfer.*operation)())
+            failures.append(transfer.name);
+    }
+    return failures;
+}
+
+} // namespace
+
+QStringList readAllFromEcu(const QVector<ConfigurationPart>& parts)
+{
+    return failuresOf(parts, &EcuTransfer::read);
+}
+
+QStringList writeAllToEcu(const QVector<ConfigurationPart>& parts)
+{
+    return failuresOf(parts, &EcuTransfer::write);
+}
