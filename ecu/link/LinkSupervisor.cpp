@@ -14,7 +14,7 @@ namespace {
 constexpr int kIdleWaitMs = 10;
 
 // A tick that is this late has left records behind that no later tick would make up for.
-constexpr int kLatenessMs = 30;
+constexpr qint64 kLatenessMs = 30;
 
 // What is left after this time waits for the next tick: events come first.
 constexpr int kMaxCatchUpMs = 50;
