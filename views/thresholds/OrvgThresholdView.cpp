@@ -91,8 +91,7 @@ void OrvgThresholdView::setRecords(std::span<const orv::SensorThreshold> records
     OrvgThreshItemModel& model = editedModel();
     for (const orv::SensorThreshold& record : records)
         model.setRecord(record);
-    const std::uint8_t sensor = currentSensor();
-    if (sensor != orv::kNoSensor)
+    if (const std::uint8_t sensor = currentSensor(); sensor != orv::kNoSensor)
         showCurve(sensor);
 }
 
