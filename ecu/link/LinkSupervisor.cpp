@@ -1,7 +1,7 @@
 #include "ecu/link/LinkSupervisor.h"
 
 #include "ecu/link/EcuLink.h"
-#include "ecu/store/ConnectionSettings.h"
+#include "ecu/link/LinkSettings.h"
 
 #include <QDebug>
 

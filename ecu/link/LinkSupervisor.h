@@ -32,7 +32,7 @@ struct LinkIntervals
 
 /// Watches over the link to the ECU: hands live records on while it polls, and finds out whether
 /// the ECU answers and sends live data. Works on the thread it lives in and blocks it for one
-/// probe of 100 ms at the most.
+/// probe of 100 ms at the most, besides what its signals set off.
 class LinkSupervisor : public QObject
 {
     Q_OBJECT
