@@ -10,13 +10,6 @@ namespace {
 
 constexpr int kSuccessMessageMs = 10000;
 
-template<typename Exchange>
-QStringList underWaitCursor(Exchange exchange, const QVector<ConfigurationPart>& parts)
-{
-    const WaitCursor waitCursor;
-    return exchange(parts);
-}
-
 } // namespace
 
 EcuSynchronisation::EcuSynchronisation(QVector<ConfigurationPart> parts, QMainWindow* window)
@@ -27,19 +20,19 @@ void EcuSynchronisation::readInteractively() const
 {
     if (!confirmOverwrite(mWindow, tr("Sync from ECU")))
         return;
-    report(underWaitCursor(readAllFromEcu, mParts),
+    report(underWaitCursor([this] { return readAllFromEcu(mParts); }),
            tr("Some communication errors are detected during reading \n\n%1"),
            tr("ECU data sync: SUCCESS!"));
 }
 
 void EcuSynchronisation::readSilently() const
 {
-    underWaitCursor(readAllFromEcu, mParts);
+    underWaitCursor([this] { return readAllFromEcu(mParts); });
 }
 
 void EcuSynchronisation::transmit() const
 {
-    report(underWaitCursor(writeAllToEcu, mParts),
+    report(underWaitCursor([this] { return writeAllToEcu(mParts); }),
            tr("Some communication errors are detected during transmitting. \n\n%1"),
            tr("Setting successfully transmitted to ECU!"));
 }

@@ -42,8 +42,9 @@ void LinkDisplay::announceLoss()
 
 void LinkDisplay::showState()
 {
-    mStatusWidget->setConnected(mSupervisor.state().connected);
-    mStatusWidget->setNoLiveData(mSupervisor.state().noLiveData);
+    using State = LinkSupervisor::State;
+    mStatusWidget->setConnected(mSupervisor.state() != State::Disconnected);
+    mStatusWidget->setNoLiveData(mSupervisor.state() != State::Connected);
 }
 
 void LinkDisplay::showPortProblems()

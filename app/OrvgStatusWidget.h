@@ -23,7 +23,6 @@ public:
 
     /// The ECU answers but sends no live data; counts only while it answers.
     void setNoLiveData(bool noLiveData);
-    bool hasNoLiveData() const { return mNoLiveData; }
 
     void setFirmwareVersion(const orv::FirmwareVersion& version);
     QString firmwareVersion() const { return mFirmwareVersion; }

@@ -64,7 +64,7 @@ bool OrvCtrlClient::readMeasurementSequence(std::vector<MseqStep>& steps)
     const std::size_t count = reply->front();
     if (count > kMaxStepCount)
         return fail("wrong format");
-    // Bytes behind the last step are the ECU's own business.
+    // What stands behind the last step is not looked at.
     if (!decodeSteps(reply->subspan(1), count, steps))
         return fail("wrong format");
     return true;

@@ -20,7 +20,7 @@ bool OrvUdpSocket::createAndBind()
         return fail("Can't start win sock");
     if (!mSocket.create())
         return fail("Can't create socket");
-    // The ECU's engineers know this message for the address option too.
+    // The same text as for the time-out, though it is the address option that failed.
     if (!mSocket.setReuseAddress())
         return fail("Can't set receive timeout");
     if (!mSocket.bindToAnyAddress(mPort))

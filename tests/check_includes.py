@@ -23,8 +23,12 @@ FORBIDDEN = {
         # Headers without their folder are not even found: the target links QtCore alone.
         (re.compile(r"^(QtGui|QtWidgets|ui_)"), "of Qt, QtCore alone is known here"),
     ],
-    "views": [(re.compile(r"^(app|tools)/"), "a view does not know the application")],
+    "views": [
+        (re.compile(r"^(app|tools)/"), "a view does not know the application"),
+        (re.compile(r"(Socket(Base)?\.h|/socket\.h|^QUdpSocket)$"), "a view never opens a socket"),
+    ],
     "app": [(re.compile(r"^tools/"), "the application does not know the simulated ECU")],
+    "tools": [(re.compile(r"^(views|app|forms)/"), "a tool needs no window")],
     "": [(re.compile(r"^(tests|fuzz|bench)/"), "the program does not know its tests")],
 }
 

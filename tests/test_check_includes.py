@@ -24,6 +24,15 @@ class CheckIncludes(unittest.TestCase):
         for line in ('#include "views/x.h"', '#include "app/x.h"', '#include "ecu/link/x.h"'):
             self.assertEqual(len(violations("orv_decoder/ByteReader.cpp", line)), 1, line)
 
+    def test_view_may_include_no_socket(self):
+        for line in ('#include "orv_decoder/OrvCtrlSocket.h"', "#include <sys/socket.h>",
+                     '#include "orv_decoder/OrvCtrlSocketBase.h"', "#include <QUdpSocket>"):
+            self.assertEqual(len(violations("views/plot/PlotGeometry.cpp", line)), 1, line)
+
+    def test_tool_may_include_neither_views_nor_tests(self):
+        for line in ('#include "views/x.h"', '#include "app/x.h"', '#include "tests/support/x.h"'):
+            self.assertEqual(len(violations("tools/ecu_simulator/Scene.cpp", line)), 1, line)
+
     def test_ecu_may_include_neither_widgets_nor_views(self):
         for line in ('#include "views/x.h"', '#include "app/x.h"', "#include <QtWidgets/QWidget>",
                      "#include <QtGui>", '#include "ui_X.h"'):

@@ -1,6 +1,6 @@
 #include "ecu/link/EcuLink.h"
 
-#include "ecu/store/ConnectionSettings.h"
+#include "ecu/link/LinkSettings.h"
 #include "orv_decoder/ShortTimeout.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "ecu/link/LinkSupervisor.h"
 
 #include "ecu/link/EcuLink.h"
-#include "ecu/store/ConnectionSettings.h"
+#include "ecu/link/LinkSettings.h"
 
 #include <QDebug>
 
@@ -18,6 +18,14 @@ constexpr qint64 kLatenessMs = 30;
 
 // What is left after this time waits for the next tick: events come first.
 constexpr int kMaxCatchUpMs = 50;
+
+LinkSupervisor::State stateOf(bool isAnswering, bool hasLiveData)
+{
+    using State = LinkSupervisor::State;
+    if (hasLiveData)
+        return State::Connected;
+    return isAnswering ? State::OnlineWithoutLiveData : State::Disconnected;
+}
 
 } // namespace
 
@@ -62,12 +70,12 @@ void LinkSupervisor::startPolling()
 void LinkSupervisor::reconnect(const LinkSettings& network)
 {
     mLink.reconnect(network);
-    mWasConnected = mState.connected;
+    mWasConnected = mState != State::Disconnected;
     mConnected = false;
     mHasLiveData = false;
     // The probe below is the one that counts.
     mNextPollProbe.setRemainingTime(mIntervals.pollProbe);
-    setState({.connected = false, .noLiveData = mState.noLiveData});
+    setState(State::Disconnected);
     judgeSoon();
     tellPortProblems();
 }
@@ -102,13 +110,13 @@ void LinkSupervisor::judgeConnection()
 {
     if (mPollTimer.isActive()) {
         mConnected = checkConnection();
-        setState({.connected = mConnected || mHasLiveData, .noLiveData = !mHasLiveData});
+        setState(stateOf(mConnected, mHasLiveData));
         return;
     }
     const bool received = mLink.drain();
     const bool answered = (received && mConnected) || checkConnection();
     mConnected = received || answered;
-    setState({.connected = mConnected, .noLiveData = !received});
+    setState(stateOf(mConnected, received));
 }
 
 bool LinkSupervisor::checkConnection()
@@ -163,7 +171,7 @@ void LinkSupervisor::noteLiveRecord()
 {
     mHasLiveData = true;
     mStatusTimer.start();
-    setState({.connected = true, .noLiveData = false});
+    setState(State::Connected);
 }
 
 // An ECU that streams but does not answer must not cost the picture a time-out a record.

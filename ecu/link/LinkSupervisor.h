@@ -32,20 +32,18 @@ struct LinkIntervals
 
 /// Watches over the link to the ECU: hands live records on while it polls, and finds out whether
 /// the ECU answers and sends live data. Works on the thread it lives in and blocks it for one
-/// probe of 100 ms at the most.
+/// probe of 100 ms at the most, besides what its signals set off.
 class LinkSupervisor : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What is known of the link; see stateChanged().
-    struct State
-    {
-        bool connected = false;  ///< the ECU answers or sends live data
-        bool noLiveData = false; ///< it answers only; counts while connected
-
-        bool operator==(const State&) const = default;
+    enum class State {
+        Disconnected,
+        OnlineWithoutLiveData, ///< the ECU answers, and that is all
+        Connected,             ///< it sends live data
     };
+    Q_ENUM(State)
 
     /// The link is borrowed.
     explicit LinkSupervisor(EcuLink& link, QObject* parent = nullptr,
@@ -63,7 +61,7 @@ public:
     /// Moves the link to other addresses and ports and judges it anew.
     void reconnect(const LinkSettings& network);
 
-    const State& state() const { return mState; }
+    State state() const { return mState; }
     const std::vector<PortProblem>& portProblems() const { return mPortProblems; }
 
 public slots:
@@ -80,7 +78,7 @@ signals:
     void measurementReceived(const orv::OrvMeasurementResult& result);
     void freespaceReceived(const orv::OrvFreespacePackage& package);
 
-    void stateChanged(const LinkSupervisor::State& state);
+    void stateChanged(LinkSupervisor::State state);
 
     /// The ECU answers, which it did not before.
     void found(const orv::FirmwareVersion& version);
@@ -114,7 +112,7 @@ private:
     bool mWasConnected = false; // before the connection was changed, until the next probe
     bool mHasLiveData = false;  // the poll took a record since the connection was changed or judged
     bool mInitialSyncDone = false;
-    State mState;
+    State mState = State::Disconnected;
     QTimer mPollTimer;
     QTimer mStatusTimer;
     QTimer mReopenTimer;

@@ -1,19 +1,10 @@
 #pragma once
 
+#include "ecu/link/LinkSettings.h"
+
 #include <QString>
 
-#include <cstdint>
-
 class QSettings;
-
-/// What the link to the ECU is made of.
-struct LinkSettings
-{
-    QString ecuIp;                   ///< dotted; empty when the store has none
-    std::uint16_t controlPort = 0;   ///< of the ECU
-    std::uint16_t receivePort = 0;   ///< of the host: measurement results
-    std::uint16_t freespacePort = 0; ///< of the host: freespace packages; 0 = the ECU sends none
-};
 
 /// What the connection dialog edits: the link, and what the ECU alone needs to know. What the ECU
 /// itself holds is an orv::EcuNetworkSettings.

@@ -161,6 +161,15 @@ std::optional<orv::OrvSensorEcho> reported(const RawEcho& echo,
                               .timeOfFlight = static_cast<std::uint16_t>(echo.timeUs)};
 }
 
+// Before the threshold cuts, so that writing a threshold leaves the other echoes alone.
+void disturb(std::vector<RawEcho>& echoes, std::uint8_t id, Hearing hearing, std::uint16_t sendMask,
+             SeededRandom& random)
+{
+    if (sendMask != 0)
+        addClutter(echoes, id, hearing);
+    addNoise(echoes, random);
+}
+
 std::vector<orv::OrvSensorEcho>
 aboveThreshold(std::vector<RawEcho> echoes, const orv::SensorThreshold& threshold, Hearing hearing)
 {
@@ -189,7 +198,6 @@ orv::OrvMeasurementResult Echoes::measure(const EcuState& state, std::uint32_t i
     result.sendMask = step.activeMask & present;
     result.receiveMask = step.passiveMask & present;
 
-    // Noise is drawn before the threshold cuts: writing a threshold leaves the other echoes alone.
     SeededRandom random(mSeed, index);
     for (std::uint8_t id = 0; id < orv::kSensorCount; ++id) {
         const orv::OrvSensorRole role = result.role(id);
@@ -198,10 +206,8 @@ orv::OrvMeasurementResult Echoes::measure(const EcuState& state, std::uint32_t i
         const Hearing hearing =
             role == orv::OrvSensorRole::Sending ? Hearing::Active : Hearing::Passive;
         auto echoes = echoesOfScene(mScene, state, result.sendMask, id, seconds);
-        if (mScene.isNoisy() && result.sendMask != 0)
-            addClutter(echoes, id, hearing);
         if (mScene.isNoisy())
-            addNoise(echoes, random);
+            disturb(echoes, id, hearing, result.sendMask, random);
         auto kept = aboveThreshold(std::move(echoes), state.thresholds[id], hearing);
         if (!kept.empty())
             result.echoes[id] = std::move(kept);

@@ -6,17 +6,6 @@
 
 #include <QStringList>
 
-namespace {
-
-template<typename Exchange>
-auto underWaitCursor(const Exchange& exchange, orv::OrvCtrlClient& client)
-{
-    const WaitCursor waitCursor;
-    return exchange(client);
-}
-
-} // namespace
-
 void EcuExchange::setClient(orv::OrvCtrlClient* client)
 {
     if (client)
@@ -41,7 +30,7 @@ bool EcuExchange::runAll(bool silent,
 {
     if (!mClient)
         return false;
-    const QStringList failures = underWaitCursor(exchanges, *mClient);
+    const QStringList failures = underWaitCursor([&] { return exchanges(*mClient); });
     if (!failures.isEmpty() && !silent)
         showCommunicationError(mView, failures.join(QLatin1Char('\n')));
     return failures.isEmpty();

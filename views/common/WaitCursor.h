@@ -10,3 +10,11 @@ public:
     WaitCursor(const WaitCursor&) = delete;
     WaitCursor& operator=(const WaitCursor&) = delete;
 };
+
+/// Shows it while `work` runs, and returns what that returns.
+template<typename Work>
+auto underWaitCursor(const Work& work)
+{
+    const WaitCursor waitCursor;
+    return work();
+}

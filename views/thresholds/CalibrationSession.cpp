@@ -47,18 +47,23 @@ void CalibrationSession::end(CalibrationRun::Ending ending)
     // A box runs an event loop of its own, which must not happen inside the tick that ended the
     // run.
     QMetaObject::invokeMethod(
-        this, [this, ending, sensorId] { conclude(ending, sensorId); }, Qt::QueuedConnection);
+        this,
+        [this, ending, sensorId, reason = mEcu->client()->lastError()] {
+            conclude(ending, sensorId, reason);
+        },
+        Qt::QueuedConnection);
 }
 
-void CalibrationSession::conclude(CalibrationRun::Ending ending, std::uint8_t sensorId)
+void CalibrationSession::conclude(CalibrationRun::Ending ending, std::uint8_t sensorId,
+                                  const std::string& reason)
 {
     if (ending == CalibrationRun::Ending::Finished)
         emit succeeded(sensorId);
     else
-        tell(ending);
+        tell(ending, reason);
 }
 
-void CalibrationSession::tell(CalibrationRun::Ending ending)
+void CalibrationSession::tell(CalibrationRun::Ending ending, const std::string& reason)
 {
     using Ending = CalibrationRun::Ending;
     switch (ending) {
@@ -66,7 +71,7 @@ void CalibrationSession::tell(CalibrationRun::Ending ending)
         showCalibrationError(tr("Calibration was aborted!\nPlease check sensor connection."));
         break;
     case Ending::ExchangeFailed:
-        showCommunicationError(mView, mEcu->client()->lastError());
+        showCommunicationError(mView, reason);
         break;
     case Ending::TimedOut:
         showCalibrationError(tr("Calibration time out."));

@@ -4,6 +4,8 @@
 
 #include <QPointer>
 
+#include <string>
+
 class CalibrationClock;
 class CalibrationDialog;
 class EcuExchange;
@@ -36,8 +38,8 @@ signals:
 private:
     void showDialog();
     void end(CalibrationRun::Ending ending);
-    void conclude(CalibrationRun::Ending ending, std::uint8_t sensorId);
-    void tell(CalibrationRun::Ending ending);
+    void conclude(CalibrationRun::Ending ending, std::uint8_t sensorId, const std::string& reason);
+    void tell(CalibrationRun::Ending ending, const std::string& reason);
     void showCalibrationError(const QString& text);
 
     QWidget* mView;

@@ -29,7 +29,7 @@ OrvgThreshItemModel::OrvgThreshItemModel(QObject* parent)
         mRecords[static_cast<std::size_t>(row)].sensorId = static_cast<std::uint8_t>(row);
         setHeaderData(row, Qt::Vertical, tr("Sensor %1").arg(row + 1));
     }
-    // Counted from 0 as in the ECU's documents, unlike the sensors.
+    // Counted from 0 as in the protocol, unlike the sensors.
     for (int column = 0; column < kColumnCount; ++column)
         setHeaderData(column, Qt::Horizontal, tr("Thr. %1").arg(column));
 }

@@ -155,9 +155,9 @@ bool OrvgThresholdView::onWriteThresholds(bool silent)
 
 void OrvgThresholdView::onNewMeasResult(const orv::OrvMeasurementResult& result)
 {
-    const auto& echoes = result.echoesOf(currentSensor());
-    if (!echoes.empty())
-        mUi->mPlot->addData(echoes);
+    const std::uint8_t sensor = currentSensor();
+    if (sensor != orv::kNoSensor && !result.echoesOf(sensor).empty())
+        mUi->mPlot->addData(result.echoesOf(sensor));
 }
 
 void OrvgThresholdView::writeXml(QXmlStreamWriter& writer)
@@ -238,7 +238,7 @@ OrvgThreshItemModel& OrvgThresholdView::editedModel()
 
 void OrvgThresholdView::takeRead(const orv::SensorThreshold& record)
 {
-    if (mModel->applyRead(record))
+    if (editedModel().applyRead(record))
         showScale(record.scale);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ecu/link/EcuLink.h"
+#include "ecu/link/LinkSettings.h"
 #include "ecu/link/LinkSupervisor.h"
-#include "ecu/store/ConnectionSettings.h"
 #include "tests/support/LoopbackEcu.h"
 #include "tests/support/TestClock.h"
 

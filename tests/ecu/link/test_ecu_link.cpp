@@ -1,5 +1,5 @@
 #include "ecu/link/EcuLink.h"
-#include "ecu/store/ConnectionSettings.h"
+#include "ecu/link/LinkSettings.h"
 #include "tests/support/LoopbackEcu.h"
 #include "tests/support/OpenDescriptors.h"
 

@@ -75,9 +75,9 @@ private:
 
 namespace {
 
-constexpr LinkSupervisor::State kDisconnected{.connected = false, .noLiveData = true};
-constexpr LinkSupervisor::State kOnline{.connected = true, .noLiveData = true};
-constexpr LinkSupervisor::State kConnected{.connected = true, .noLiveData = false};
+constexpr auto kDisconnected = LinkSupervisor::State::Disconnected;
+constexpr auto kOnline = LinkSupervisor::State::OnlineWithoutLiveData;
+constexpr auto kConnected = LinkSupervisor::State::Connected;
 
 } // namespace
 
@@ -471,7 +471,7 @@ void TestLinkSupervisor::changedConnectionIsJudgedAnew()
     QCOMPARE(state(), kConnected);
     const int probes = mFixture->probes();
     supervisor().reconnect(mFixture->network());
-    QVERIFY(!state().connected);
+    QCOMPARE(state(), kDisconnected);
     mFixture->streamMeasurement(2);
     mFixture->pass(kTickMs);
     QCOMPARE(mFixture->probes(), probes);

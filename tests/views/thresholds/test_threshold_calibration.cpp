@@ -216,6 +216,18 @@ private slots:
         expectSelected(4);
     }
 
+    // The link is probed meanwhile, for one.
+    void failedExchangeIsToldWithItsOwnError()
+    {
+        start(4, {1});
+        mFixture->clock.runTo(60'000);
+        orv::FirmwareVersion version;
+        mFixture->socket.queueReply(2, {1}, 7);
+        QVERIFY(!mFixture->client.readFirmwareVersion(version));
+        QCoreApplication::processEvents();
+        expectOneBox("Communication error", "socket: receive timeout");
+    }
+
     void endlessCalibrationTimesOutAfterTwentyOneSweeps()
     {
         start(4, std::vector<std::int8_t>(30, 1));

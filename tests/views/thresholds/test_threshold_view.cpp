@@ -175,6 +175,7 @@ private slots:
     void liveEchoesOfTheSelectedSensorAloneAreShown()
     {
         mFixture->receiveEcho(0, 15000);
+        mFixture->receiveEcho(255, 15000); // what is no sensor
         QVERIFY(!mFixture->plotHasStickAt(15000));
         mFixture->setCurrent(2);
         mFixture->receiveEcho(3, 15000);
@@ -293,6 +294,31 @@ private slots:
         QCOMPARE(request[2], std::uint8_t{5});
         QCOMPARE(request[6], std::uint8_t{0xE0});
         QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+    }
+
+    void readWinsOverAnOpenEditor_data()
+    {
+        QTest::addColumn<bool>("all");
+        QTest::newRow("one sensor") << false;
+        QTest::newRow("all sensors") << true;
+    }
+
+    void readWinsOverAnOpenEditor()
+    {
+        QFETCH(bool, all);
+        for (int i = 0; i < 12; ++i) {
+            const auto sensor = static_cast<std::uint8_t>(all ? i : 5);
+            mFixture->socket.queueReply(1, ThresholdViewFixture::wireRecord(sensor));
+        }
+        ThresholdEditor* editor = openEditor(5, 3);
+        QVERIFY(editor);
+        QTest::keyClick(box(editor, "mTimeCb"), Qt::Key_Home);
+        if (all)
+            QVERIFY(mFixture->view.onReceiveAll(true));
+        else
+            mFixture->view.onReadThresholds(true);
+        QTRY_VERIFY(!mFixture->view.findChild<ThresholdEditor*>());
+        QCOMPARE(mFixture->model().record(5).entries[3], std::uint8_t{0x5F});
     }
 
     void openEditorCountsForTheSettingsFile()
