@@ -44,7 +44,7 @@ public:
 private:
     QVariant value(const QString& key) const
     {
-        const QVariant inUse = valueIn(mStore, settings::kNetworkGroup, key);
+        QVariant inUse = valueIn(mStore, settings::kNetworkGroup, key);
         if (mFirst == First::InUse)
             return inUse;
         const QVariant imported = valueIn(mStore, settings::kImportedNetworkGroup, key);

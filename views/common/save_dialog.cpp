@@ -27,7 +27,7 @@ QString askSaveFileName(QWidget* parent, const QString& caption, const QString& 
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     while (dialog.exec() == QDialog::Accepted) {
-        const QString fileName = withSuffix(dialog.selectedFiles().value(0), suffix);
+        QString fileName = withSuffix(dialog.selectedFiles().value(0), suffix);
         if (mayReplace(parent, caption, fileName))
             return fileName;
     }
