@@ -6,7 +6,7 @@
 #include "app/OrvgAboutDialog.h"
 #include "app/OrvgConnectionSettingsDialog.h"
 #include "app/SettingsFileCommands.h"
-#include "app/configuration_parts.h"
+#include "app/view_holders.h"
 #include "app/window_layout.h"
 #include "ecu/configuration/network_section.h"
 #include "ecu/link/EcuLink.h"
@@ -46,8 +46,10 @@ void TarvioWindow::writeDefaultNetworkSettings()
 
 void TarvioWindow::createConfigurationCommands()
 {
-    const QVector<ConfigurationPart> parts = configurationParts(
-        {mUi->mThresholdView, mUi->mMseqView, mUi->mSensorPositionView}, *mSettings);
+    const QVector<ConfigurationPart> parts =
+        configurationParts(*mSettings, holdersOf({.thresholds = mUi->mThresholdView,
+                                                  .sequence = mUi->mMseqView,
+                                                  .positions = mUi->mSensorPositionView}));
     mSynchronisation = std::make_unique<EcuSynchronisation>(parts, this);
     mSettingsFileCommands = std::make_unique<SettingsFileCommands>(SettingsFile(parts), this);
 }

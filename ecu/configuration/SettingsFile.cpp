@@ -15,7 +15,7 @@ const QString kDocumentType = QStringLiteral("<!DOCTYPE tarvio>");
 
 const QString kInvalidFile = QStringLiteral("invalid xml file");
 
-// A complete file has four.
+// Many more than there are parts.
 constexpr int kMaxSections = 16;
 
 // A message quotes names and texts of the file.

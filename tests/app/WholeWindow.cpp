@@ -23,7 +23,7 @@ WholeWindow::WholeWindow(const QStringList& ecuArguments)
     , mEcu(std::make_unique<EcuAccess>(mSimulator.controlPort()))
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    mEcu->write(EcuConfiguration::ofSeed(0));
+    mEcu->write(configurationOfSeed(0));
     mProfile.setNetwork(mSimulator.controlPort(), mReceivePort, mFreespacePort);
     mWindow = std::make_unique<TarvioWindow>();
     mWindow->onStatusTimeout();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/TarvioWindow.h"
-#include "tests/app/EcuConfiguration.h"
+#include "tests/support/EcuAccess.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/TemporaryProfile.h"
 

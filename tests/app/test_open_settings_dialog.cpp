@@ -1,5 +1,5 @@
 #include "app/OrvgOpenXmlSettingsDialog.h"
-#include "app/configuration_parts.h"
+#include "app/view_holders.h"
 #include "tests/support/modal_dialogs.h"
 #include "tests/support/screenshots.h"
 #include "views/positions/OrvgSensorPositionView.h"
@@ -216,7 +216,7 @@ void TestOpenSettingsDialog::eachPartOfTheConfigurationHasItsCheckBox()
     OrvgSensorPositionView positions;
     QSettings store(mFolder.filePath(QStringLiteral("store.ini")), QSettings::IniFormat);
     const QVector<ConfigurationPart> parts =
-        configurationParts({&thresholds, &sequence, &positions}, store);
+        configurationParts(store, holdersOf({&thresholds, &sequence, &positions}));
     QVERIFY(!parts.isEmpty());
     for (const ConfigurationPart& part : parts) {
         line()->clear();

@@ -93,7 +93,7 @@ void TestSettingsRoundTrip::importBringsBackEveryByte()
 {
     const QByteArray file = exported();
     const QString configuration = mWindow->configuration();
-    QVERIFY(mWindow->ecu().write(EcuConfiguration::ofSeed(1)));
+    QVERIFY(mWindow->ecu().write(configurationOfSeed(1)));
     const MessageBoxWatcher watcher(QMessageBox::Yes);
     mWindow->trigger("actionSyncFromECU");
     const QByteArray changed = exported();
@@ -123,7 +123,7 @@ void TestSettingsRoundTrip::anotherParserReadsTheSameBytes()
     const auto bytesOf = [](const std::vector<std::uint8_t>& bytes) {
         return QByteArray(reinterpret_cast<const char*>(bytes.data()), int(bytes.size()));
     };
-    const EcuConfiguration ecu = EcuConfiguration::ofSeed(0);
+    const EcuConfiguration ecu = configurationOfSeed(0);
     QCOMPARE(text("/OrvgProject/Network/ecu_ip"), QByteArray("127.0.0.1"));
     QCOMPARE(QByteArray::fromBase64(text("/OrvgProject/MSEQ/Step[@id='2']")),
              bytesOf(orv::encodeStep(ecu.sequence[2])));
@@ -171,7 +171,7 @@ void TestSettingsRoundTrip::importedNetworkIsForgottenAtClose()
 void TestSettingsRoundTrip::untickedSectionKeepsItsValues()
 {
     const QByteArray file = exported();
-    QVERIFY(mWindow->ecu().write(EcuConfiguration::ofSeed(1)));
+    QVERIFY(mWindow->ecu().write(configurationOfSeed(1)));
     const MessageBoxWatcher watcher(QMessageBox::Yes);
     mWindow->trigger("actionSyncFromECU");
     const QByteArray changed = exported();

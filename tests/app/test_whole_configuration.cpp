@@ -63,21 +63,21 @@ void TestWholeConfiguration::firstAnswerReadsEverythingWithoutABox()
     mWindow = std::make_unique<WholeWindow>();
     QVERIFY(watcher.boxes().isEmpty());
     QVERIFY(mWindow->message().startsWith(QStringLiteral("ECU (re)connected. Firmware version: ")));
-    QVERIFY(mWindow->ecu().write(EcuConfiguration::ofSeed(1)));
+    QVERIFY(mWindow->ecu().write(configurationOfSeed(1)));
     mWindow->trigger("actionTransmitToECU");
-    QVERIFY(mWindow->ecu().read() == EcuConfiguration::ofSeed(0));
+    QVERIFY(mWindow->ecu().read() == configurationOfSeed(0));
 }
 
 void TestWholeConfiguration::readAllShowsWhatTheEcuHolds()
 {
     const QString former = mWindow->configuration();
-    QVERIFY(mWindow->ecu().write(EcuConfiguration::ofSeed(1)));
+    QVERIFY(mWindow->ecu().write(configurationOfSeed(1)));
     const MessageBoxWatcher watcher(QMessageBox::Yes);
     mWindow->trigger("actionSyncFromECU");
     QCOMPARE(watcher.boxes().size(), 1);
     QCOMPARE(mWindow->message(), QStringLiteral("ECU data sync: SUCCESS!"));
     QVERIFY(mWindow->configuration() != former);
-    QVERIFY(mWindow->ecu().write(EcuConfiguration::ofSeed(0)));
+    QVERIFY(mWindow->ecu().write(configurationOfSeed(0)));
     mWindow->trigger("actionSyncFromECU");
     QCOMPARE(mWindow->configuration(), former);
 }
@@ -86,7 +86,7 @@ void TestWholeConfiguration::answerNoLeavesEverythingAndSendsNothing()
 {
     mWindow = std::make_unique<WholeWindow>(QStringList{"--verbose"});
     const QString former = mWindow->configuration();
-    QVERIFY(mWindow->ecu().write(EcuConfiguration::ofSeed(1)));
+    QVERIFY(mWindow->ecu().write(configurationOfSeed(1)));
     QVERIFY(mWindow->simulator().waitForOutput(QStringLiteral("write sensor positions")));
     const int before = mWindow->simulator().output().count(QStringLiteral("read "));
     const MessageBoxWatcher watcher(QMessageBox::No);
@@ -94,7 +94,7 @@ void TestWholeConfiguration::answerNoLeavesEverythingAndSendsNothing()
     QCOMPARE(watcher.boxes().size(), 1);
     QCOMPARE(mWindow->configuration(), former);
     mWindow->trigger("actionTransmitToECU");
-    QVERIFY(mWindow->ecu().read() == EcuConfiguration::ofSeed(0));
+    QVERIFY(mWindow->ecu().read() == configurationOfSeed(0));
     mWindow->simulator().stop();
     // The test's own: sequence, twelve sensors, positions.
     QCOMPARE(mWindow->simulator().output().count(QStringLiteral("read ")), before + 14);
@@ -102,12 +102,12 @@ void TestWholeConfiguration::answerNoLeavesEverythingAndSendsNothing()
 
 void TestWholeConfiguration::transmitAllGivesTheEcuEveryByte()
 {
-    QVERIFY(mWindow->ecu().write(EcuConfiguration::ofSeed(1)));
+    QVERIFY(mWindow->ecu().write(configurationOfSeed(1)));
     const MessageBoxWatcher watcher;
     mWindow->trigger("actionTransmitToECU");
     QVERIFY(watcher.boxes().isEmpty());
     QCOMPARE(mWindow->message(), QStringLiteral("Setting successfully transmitted to ECU!"));
-    QVERIFY(mWindow->ecu().read() == EcuConfiguration::ofSeed(0));
+    QVERIFY(mWindow->ecu().read() == configurationOfSeed(0));
 }
 
 void TestWholeConfiguration::onePartFails_data()
@@ -126,7 +126,7 @@ void TestWholeConfiguration::onePartFails()
     QFETCH(QString, name);
     mWindow =
         std::make_unique<WholeWindow>(QStringList{"--status", QStringLiteral("%1=5").arg(command)});
-    QVERIFY(!mWindow->ecu().write(EcuConfiguration::ofSeed(1)));
+    QVERIFY(!mWindow->ecu().write(configurationOfSeed(1)));
     const MessageBoxWatcher watcher(QMessageBox::Yes);
     mWindow->trigger("actionTransmitToECU");
     QCOMPARE(watcher.boxes().size(), 1);
@@ -135,7 +135,7 @@ void TestWholeConfiguration::onePartFails()
              QStringLiteral("Some communication errors are detected during transmitting. \n\n") +
                  name);
     const EcuConfiguration held = mWindow->ecu().read();
-    const EcuConfiguration shown = EcuConfiguration::ofSeed(0);
+    const EcuConfiguration shown = configurationOfSeed(0);
     QCOMPARE(held.sequence == shown.sequence, command != 0);
     QCOMPARE(held.thresholds == shown.thresholds, command != 1);
     QCOMPARE(held.positions == shown.positions, command != 4);
@@ -232,7 +232,7 @@ void TestWholeConfiguration::acceptedConnectionTalksToTheOtherEcu()
     const MessageBoxWatcher watcher;
     mWindow->trigger("actionTransmitToECU");
     QVERIFY(watcher.boxes().isEmpty());
-    QVERIFY(EcuAccess(other.controlPort()).read() == EcuConfiguration::ofSeed(0));
+    QVERIFY(EcuAccess(other.controlPort()).read() == configurationOfSeed(0));
 }
 
 void TestWholeConfiguration::settingsAreReadFromTheTypedEcuAndTransmittedToTheSavedOne()

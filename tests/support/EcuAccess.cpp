@@ -1,4 +1,4 @@
-#include "tests/app/EcuConfiguration.h"
+#include "tests/support/EcuAccess.h"
 
 namespace {
 
@@ -36,12 +36,12 @@ orv::SensorMountPosition positionOf(int seed, int sensor)
 
 } // namespace
 
-EcuConfiguration EcuConfiguration::ofSeed(int seed)
+EcuConfiguration configurationOfSeed(int seed)
 {
     EcuConfiguration configuration;
     for (int index = 0; index < 3; ++index)
         configuration.sequence.push_back(stepOf(seed, index));
-    for (std::uint8_t sensor = 0; sensor < 12; ++sensor) {
+    for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor) {
         configuration.thresholds[sensor] = thresholdOf(seed, sensor);
         configuration.positions[sensor] = positionOf(seed, sensor);
     }
@@ -50,18 +50,12 @@ EcuConfiguration EcuConfiguration::ofSeed(int seed)
 
 bool EcuAccess::write(const EcuConfiguration& configuration)
 {
-    bool written = mClient.writeMeasurementSequence(configuration.sequence);
-    for (const orv::SensorThreshold& threshold : configuration.thresholds)
-        written = mClient.writeThresholds(threshold, true) && written;
-    return mClient.writeSensorPositions(configuration.positions) && written;
+    return configuration.writeTo(mClient).isEmpty();
 }
 
 EcuConfiguration EcuAccess::read()
 {
     EcuConfiguration configuration;
-    mClient.readMeasurementSequence(configuration.sequence);
-    for (std::uint8_t sensor = 0; sensor < 12; ++sensor)
-        mClient.readThresholds(sensor, configuration.thresholds[sensor]);
-    mClient.readSensorPositions(configuration.positions);
+    configuration.readFrom(mClient);
     return configuration;
 }
