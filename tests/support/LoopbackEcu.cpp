@@ -1,11 +1,16 @@
 #include "tests/support/LoopbackEcu.h"
 
-LoopbackEcu::LoopbackEcu() : mThread(&LoopbackEcu::serve, this) {}
+LoopbackEcu::LoopbackEcu(Serving serving)
+{
+    if (serving == Serving::FromItsThread)
+        mThread = std::thread(&LoopbackEcu::serve, this);
+}
 
 LoopbackEcu::~LoopbackEcu()
 {
     mStop = true;
-    mThread.join();
+    if (mThread.joinable())
+        mThread.join();
 }
 
 void LoopbackEcu::setHandler(Handler handler)
@@ -44,6 +49,12 @@ void LoopbackEcu::serve()
         if (const auto frame = mPeer.receive(10))
             answer(*frame);
     }
+}
+
+void LoopbackEcu::serveWaiting()
+{
+    while (const auto frame = mPeer.receive(0))
+        answer(*frame);
 }
 
 void LoopbackEcu::answer(const Frame& frame)

@@ -11,16 +11,19 @@
 #include <thread>
 #include <vector>
 
-/// Answers control requests on 127.0.0.1 from a thread of its own, so that a test may block in an
-/// exchange. Silent until a handler is set.
+/// Answers control requests on 127.0.0.1: from a thread of its own, so that a test may block in an
+/// exchange, or whenever it is asked to. Silent until a handler is set.
 class LoopbackEcu
 {
 public:
+    enum class Serving { FromItsThread, OnDemand };
+
     using Frame = std::vector<std::uint8_t>;
-    /// Returns the reply frame to send, or nothing to stay silent. Runs on the ECU's thread.
+    /// Returns the reply frame to send, or nothing to stay silent. Runs on the ECU's thread if it
+    /// has one.
     using Handler = std::function<std::optional<Frame>(const orv::ControlRequest&)>;
 
-    LoopbackEcu();
+    explicit LoopbackEcu(Serving serving = Serving::FromItsThread);
     ~LoopbackEcu();
 
     std::uint16_t port() const { return mPeer.port(); }
@@ -31,6 +34,9 @@ public:
     void answerAll(const Frame& payload, std::uint8_t status = 0);
 
     void beSilent() { setHandler({}); }
+
+    /// Answers every request that has come by now; for one that serves on demand.
+    void serveWaiting();
 
     /// Every request so far whose checksum was right.
     std::vector<orv::ControlRequest> requests() const;

@@ -1,12 +1,15 @@
 #include "tests/support/TestClock.h"
 
 #include <atomic>
+#include <cerrno>
 #include <cstdint>
 #include <ctime>
 #include <poll.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -23,6 +26,20 @@ std::atomic<std::thread::id> owner;
 bool isStoppedHere()
 {
     return stoppedAt != kRunning && owner.load() == std::this_thread::get_id();
+}
+
+std::function<void()>& peersOfOwner()
+{
+    static std::function<void()> peers;
+    return peers;
+}
+
+std::int64_t receiveTimeoutNanoseconds(int handle)
+{
+    timeval timeout{};
+    socklen_t size = sizeof timeout;
+    ::getsockopt(handle, SOL_SOCKET, SO_RCVTIMEO, &timeout, &size);
+    return timeout.tv_sec * kNanosecondsPerSecond + timeout.tv_usec * std::int64_t{1000};
 }
 
 std::int64_t systemNanoseconds()
@@ -66,6 +83,23 @@ extern "C" int nanosleep(const timespec* time, timespec* remaining)
     return 0;
 }
 
+extern "C" ssize_t recvfrom(int handle, void* buffer, size_t size, int flags, sockaddr* sender,
+                            socklen_t* senderSize)
+{
+    const auto receive = [=](int moreFlags) {
+        return ::syscall(SYS_recvfrom, handle, buffer, size, flags | moreFlags, sender, senderSize);
+    };
+    if (!isStoppedHere() || !peersOfOwner())
+        return receive(0);
+    if (const auto received = receive(MSG_DONTWAIT); received >= 0 || errno != EAGAIN)
+        return received;
+    peersOfOwner()();
+    const auto received = receive(MSG_DONTWAIT);
+    if (received < 0 && errno == EAGAIN)
+        stoppedAt += receiveTimeoutNanoseconds(handle);
+    return received;
+}
+
 TestClock::TestClock()
 {
     owner = std::this_thread::get_id();
@@ -75,6 +109,12 @@ TestClock::TestClock()
 TestClock::~TestClock()
 {
     stoppedAt = kRunning;
+    peersOfOwner() = {};
+}
+
+void TestClock::whileReceiving(std::function<void()> peers)
+{
+    peersOfOwner() = std::move(peers);
 }
 
 std::chrono::milliseconds TestClock::now() const

@@ -16,7 +16,11 @@
 class LinkFixture
 {
 public:
-    LinkFixture() { connectLink(); }
+    LinkFixture()
+    {
+        clock.whileReceiving([this] { ecu.serveWaiting(); });
+        connectLink();
+    }
 
     /// Makes link and supervisor anew, on these ports.
     void connectLink()
@@ -56,7 +60,7 @@ public:
         QCoreApplication::processEvents();
     }
 
-    LoopbackEcu ecu;
+    LoopbackEcu ecu{LoopbackEcu::Serving::OnDemand};
     std::uint16_t receivePort = freeUdpPort();
     std::uint16_t freespacePort = freeUdpPort();
     TestClock clock;

@@ -141,13 +141,15 @@ void TestLinkSupervisor::firstProbeComesSoonAfterTheStart()
 void TestLinkSupervisor::silentEcuIsProbedEveryThreeSeconds()
 {
     supervisor().start();
-    mFixture->pass(100);
-    // The first probe has waited for a few milliseconds.
-    mFixture->pass(2890);
+    // A probe of a silent ECU takes its time-out and a little more.
+    const int untilProbedMs = waitedBy([this] { mFixture->pass(100); });
+    mFixture->pass(3000 - untilProbedMs - 1);
     QCOMPARE(mFixture->probes(), 1);
-    mFixture->pass(10);
+    const int probedMs = waitedBy([this] { mFixture->pass(1); });
     QCOMPARE(mFixture->probes(), 2);
-    mFixture->pass(3000);
+    mFixture->pass(3000 - probedMs);
+    QCOMPARE(mFixture->probes(), 2);
+    mFixture->pass(1);
     QCOMPARE(mFixture->probes(), 3);
     QCOMPARE(state(), kDisconnected);
 }
