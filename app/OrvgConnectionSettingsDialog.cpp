@@ -1,8 +1,8 @@
 #include "app/OrvgConnectionSettingsDialog.h"
 
+#include "ecu/link/other_ecu.h"
 #include "ecu/store/ConnectionSettings.h"
 #include "orv_decoder/OrvCtrlClient.h"
-#include "orv_decoder/OrvCtrlSocket.h"
 #include "ui_OrvgConnectionSettingsDialog.h"
 #include "views/common/WaitCursor.h"
 #include "views/common/messages.h"
@@ -10,24 +10,6 @@
 #include <QMessageBox>
 
 namespace {
-
-/// Lets a client talk through another socket for as long as it lives.
-class SocketLoan
-{
-public:
-    SocketLoan(orv::OrvCtrlClient& client, orv::OrvCtrlSocketBase& socket)
-        : mClient(client), mOwnSocket(client.socket())
-    {
-        mClient.setSocket(&socket);
-    }
-    ~SocketLoan() { mClient.setSocket(mOwnSocket); }
-    SocketLoan(const SocketLoan&) = delete;
-    SocketLoan& operator=(const SocketLoan&) = delete;
-
-private:
-    orv::OrvCtrlClient& mClient;
-    orv::OrvCtrlSocketBase* mOwnSocket;
-};
 
 const OrvgIpControlWidget* controlOf(const QLabel* label)
 {
@@ -104,11 +86,8 @@ void OrvgConnectionSettingsDialog::onTransmitSettings()
 bool OrvgConnectionSettingsDialog::readFromTypedAddress(orv::EcuNetworkSettings& ecuSettings)
 {
     const WaitCursor waitCursor;
-    if (!dynamic_cast<orv::OrvCtrlSocket*>(mClient->socket()))
-        return mClient->readNetworkSettings(ecuSettings);
-    orv::OrvCtrlSocket typed(mUi->ecuIpControl->text().toStdString(), portOf(mUi->controlPort));
-    const SocketLoan loan(*mClient, typed);
-    return mClient->readNetworkSettings(ecuSettings);
+    return readNetworkSettingsAt(mUi->ecuIpControl->text().toStdString(), portOf(mUi->controlPort),
+                                 *mClient, ecuSettings);
 }
 
 bool OrvgConnectionSettingsDialog::transmit()

@@ -170,12 +170,12 @@ void TarvioWindow::pollingSlot()
 
 void TarvioWindow::onStatusTimeout()
 {
-    mSupervisor->judge();
+    mSupervisor->judgeSilence();
 }
 
 bool TarvioWindow::checkConnection()
 {
-    return mSupervisor->checkConnection();
+    return mSupervisor->probe();
 }
 
 // The poll is left running when the dialog is closed: the recording shares it with the views, and

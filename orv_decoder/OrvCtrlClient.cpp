@@ -193,10 +193,4 @@ bool OrvCtrlClient::handOut(const std::optional<Record>& decoded, Record& output
     return true;
 }
 
-bool OrvCtrlClient::fail(std::string reason)
-{
-    mLastError = std::move(reason);
-    return false;
-}
-
 } // namespace orv

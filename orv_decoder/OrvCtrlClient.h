@@ -2,6 +2,7 @@
 
 #include "orv_decoder/ControlFrame.h"
 #include "orv_decoder/EcuNetworkSettings.h"
+#include "orv_decoder/FailureReason.h"
 #include "orv_decoder/FirmwareVersion.h"
 #include "orv_decoder/MseqStep.h"
 #include "orv_decoder/SensorMountPosition.h"
@@ -26,7 +27,7 @@ class OrvCtrlSocketBase;
 /// false on failure with the reason in lastError(): "socket: " and the socket's reason, "checksum
 /// error", "wrong reply type", "wrong data size", "ECU error (" status
 /// ")", and what its own comment adds. Output records are written on success only.
-class OrvCtrlClient
+class OrvCtrlClient : public FailureReason
 {
 public:
     /// The socket is borrowed. Throws std::runtime_error "Invalid socket pointer" for a null one.
@@ -35,8 +36,6 @@ public:
     /// Talks through another socket from now on; the same check as the constructor.
     void setSocket(OrvCtrlSocketBase* socket);
     OrvCtrlSocketBase* socket() const { return mSocket; }
-
-    std::string lastError() const { return mLastError; }
 
     /// Clears `steps` first. Also fails with "wrong format" for more than 12 steps or a step that
     /// is cut short, before which the whole ones are kept.
@@ -80,11 +79,9 @@ private:
                std::optional<std::uint8_t> sensorId = {});
     template<typename Record>
     bool handOut(const std::optional<Record>& decoded, Record& output, std::string_view error);
-    bool fail(std::string reason);
 
     OrvCtrlSocketBase* mSocket = nullptr; // borrowed
     std::vector<std::uint8_t> mBuffer;    // of the last reply
-    std::string mLastError;
 };
 
 } // namespace orv

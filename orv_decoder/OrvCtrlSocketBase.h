@@ -1,15 +1,15 @@
 #pragma once
 
+#include "orv_decoder/FailureReason.h"
+
 #include <cstdint>
-#include <string>
-#include <utility>
 #include <vector>
 
 namespace orv {
 
 /// Carries one control request to the ECU and its reply back. Nothing throws; a failure leaves
 /// its reason in lastError().
-class OrvCtrlSocketBase
+class OrvCtrlSocketBase : public FailureReason
 {
 public:
     OrvCtrlSocketBase() = default;
@@ -38,19 +38,7 @@ public:
         return fail("receive timeout");
     }
 
-    /// Reason of the last failure; successes leave it in place.
-    std::string lastError() const { return mLastError; }
-
-protected:
-    /// Keeps the reason and returns false.
-    bool fail(std::string reason)
-    {
-        mLastError = std::move(reason);
-        return false;
-    }
-
 private:
-    std::string mLastError;
     const std::uint32_t mReceiveTimeoutMs = 500;
 };
 

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "orv_decoder/FailureReason.h"
+
 #include <cstdint>
-#include <string>
-#include <utility>
 #include <vector>
 
 namespace orv {
 
 /// A source of live datagrams. Nothing throws; a failure leaves its reason in lastError().
-class OrvSocketBase
+class OrvSocketBase : public FailureReason
 {
 public:
     OrvSocketBase() = default;
@@ -21,20 +21,6 @@ public:
 
     /// Replaces `datagram` by the next one that arrives within `timeoutMs`.
     virtual bool receive(std::vector<std::uint8_t>& datagram, std::uint32_t timeoutMs) = 0;
-
-    /// Reason of the last failure; successes leave it in place.
-    std::string lastError() const { return mLastError; }
-
-protected:
-    /// Keeps the reason and returns false.
-    bool fail(std::string reason)
-    {
-        mLastError = std::move(reason);
-        return false;
-    }
-
-private:
-    std::string mLastError;
 };
 
 } // namespace orv

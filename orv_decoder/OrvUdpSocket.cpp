@@ -1,5 +1,7 @@
 #include "orv_decoder/OrvUdpSocket.h"
 
+#include <utility>
+
 namespace orv {
 
 bool OrvUdpSocket::open()
@@ -12,6 +14,12 @@ bool OrvUdpSocket::open()
         mSocket.close();
     }
     return mOpen;
+}
+
+bool OrvUdpSocket::failToBind(std::string systemReason)
+{
+    mSystemReason = std::move(systemReason);
+    return fail("Can't bind socket");
 }
 
 bool OrvUdpSocket::createAndBind()

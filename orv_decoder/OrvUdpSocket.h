@@ -42,6 +42,10 @@ public:
     /// `timeoutMs`, where 0 only looks, and at once on a closed socket.
     bool waitForDatagram(std::uint32_t timeoutMs) const;
 
+protected:
+    /// Notes that the port cannot be had and why; returns false.
+    bool failToBind(std::string systemReason);
+
 private:
     bool createAndBind();
     bool setTimeout(std::uint32_t timeoutMs);

@@ -24,10 +24,11 @@ class CheckIncludes(unittest.TestCase):
         for line in ('#include "views/x.h"', '#include "app/x.h"', '#include "ecu/link/x.h"'):
             self.assertEqual(len(violations("orv_decoder/ByteReader.cpp", line)), 1, line)
 
-    def test_view_may_include_no_socket(self):
+    def test_neither_view_nor_window_may_include_a_socket(self):
         for line in ('#include "orv_decoder/OrvCtrlSocket.h"', "#include <sys/socket.h>",
                      '#include "orv_decoder/OrvCtrlSocketBase.h"', "#include <QUdpSocket>"):
             self.assertEqual(len(violations("views/plot/PlotGeometry.cpp", line)), 1, line)
+            self.assertEqual(len(violations("app/TarvioWindow.cpp", line)), 1, line)
 
     def test_tool_may_include_neither_views_nor_tests(self):
         for line in ('#include "views/x.h"', '#include "app/x.h"', '#include "tests/support/x.h"'):

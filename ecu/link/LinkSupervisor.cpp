@@ -38,7 +38,7 @@ LinkSupervisor::LinkSupervisor(EcuLink& link, QObject* parent, const LinkInterva
     mStatusTimer.setInterval(mIntervals.status);
     mReopenTimer.setInterval(mIntervals.reopenPorts);
     connect(&mPollTimer, &QTimer::timeout, this, &LinkSupervisor::poll);
-    connect(&mStatusTimer, &QTimer::timeout, this, &LinkSupervisor::judge);
+    connect(&mStatusTimer, &QTimer::timeout, this, &LinkSupervisor::judgeSilence);
     connect(&mReopenTimer, &QTimer::timeout, this, &LinkSupervisor::reopenPorts);
 }
 
@@ -82,8 +82,7 @@ void LinkSupervisor::reconnect(const LinkSettings& network)
 
 void LinkSupervisor::judgeSoon()
 {
-    QTimer::singleShot(mIntervals.firstProbe, Qt::PreciseTimer, this,
-                       &LinkSupervisor::judgeConnection);
+    QTimer::singleShot(mIntervals.firstProbe, Qt::PreciseTimer, this, &LinkSupervisor::judge);
 }
 
 void LinkSupervisor::poll()
@@ -99,27 +98,27 @@ void LinkSupervisor::poll()
     mNextTickMs = hasPause ? mNextTickMs + mPollTimer.interval() : mClock.elapsed();
 }
 
-void LinkSupervisor::judge()
+void LinkSupervisor::judgeSilence()
 {
     // While somebody polls, the poll takes what arrives: here it has taken nothing for a while.
     mHasLiveData = false;
-    judgeConnection();
+    judge();
 }
 
-void LinkSupervisor::judgeConnection()
+void LinkSupervisor::judge()
 {
     if (mPollTimer.isActive()) {
-        mConnected = checkConnection();
+        mConnected = probe();
         setState(stateOf(mConnected, mHasLiveData));
         return;
     }
     const bool received = mLink.drain();
-    const bool answered = (received && mConnected) || checkConnection();
+    const bool answered = (received && mConnected) || probe();
     mConnected = received || answered;
     setState(stateOf(mConnected, received));
 }
 
-bool LinkSupervisor::checkConnection()
+bool LinkSupervisor::probe()
 {
     orv::FirmwareVersion version;
     const bool answered = mLink.probe(version);
@@ -179,7 +178,7 @@ void LinkSupervisor::probeFromPoll()
 {
     if (mConnected || !mNextPollProbe.hasExpired())
         return;
-    mConnected = checkConnection();
+    mConnected = probe();
     if (mConnected)
         return;
     mNextPollProbe.setRemainingTime(mIntervals.pollProbe);

@@ -68,11 +68,12 @@ public slots:
     /// Hands on one record of each kind. A tick that comes late works off what waits at once.
     void poll();
 
-    /// Judges the link: by live records where nobody polls, else by whether the ECU answers.
-    void judge();
+    /// Judges the link after a while in which no record came: by live records where nobody polls,
+    /// else by whether the ECU answers.
+    void judgeSilence();
 
     /// Asks the ECU for its firmware version; false when it does not answer.
-    bool checkConnection();
+    bool probe();
 
 signals:
     void measurementReceived(const orv::OrvMeasurementResult& result);
@@ -94,7 +95,7 @@ signals:
 
 private:
     void judgeSoon();
-    void judgeConnection();
+    void judge();
     bool isLate(qint64 nowMs);
     bool handOnOneOfEach(int waitMs);
     template<orv::LiveRecord T>

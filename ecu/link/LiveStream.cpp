@@ -57,7 +57,7 @@ std::optional<PortProblem> LiveStream<T>::problem() const
 {
     if (isOpen())
         return std::nullopt;
-    return PortProblem{.port = mPort.port(), .reason = mPort.reason()};
+    return PortProblem{.port = mPort.port(), .reason = mPort.systemReason()};
 }
 
 // A caller that waits in turns must not spin where the port is closed.

@@ -19,11 +19,6 @@ bool StreamPort::open()
 {
     if (isOpen())
         return true;
-    mReason = objectionTo(port());
-    if (!mReason.empty())
-        return fail("Can't bind socket");
-    if (OrvUdpSocket::open())
-        return true;
-    mReason = systemReason();
-    return false;
+    const std::string objection = objectionTo(port());
+    return objection.empty() ? OrvUdpSocket::open() : failToBind(objection);
 }

@@ -23,10 +23,4 @@ public:
 
     /// Also fails, with "Can't bind socket", while somebody else holds the port.
     bool open() override;
-
-    /// What the system said when open() failed last.
-    const std::string& reason() const { return mReason; }
-
-private:
-    std::string mReason;
 };

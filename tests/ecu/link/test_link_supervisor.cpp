@@ -331,7 +331,7 @@ void TestLinkSupervisor::judgementLeavesTheRecordsToThePoll()
 {
     startCapture();
     mFixture->streamMeasurement(1);
-    supervisor().judge();
+    supervisor().judgeSilence();
     QCOMPARE(state(), kOnline);
     mFixture->pass(kTickMs);
     QCOMPARE(words(), QVector{1});
