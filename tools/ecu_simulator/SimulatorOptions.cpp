@@ -1,6 +1,6 @@
 #include "tools/ecu_simulator/SimulatorOptions.h"
 
-#include "tools/ecu_simulator/OptionReader.h"
+#include "tools/common/OptionReader.h"
 
 #include <QCommandLineParser>
 
@@ -9,6 +9,8 @@
 namespace ecusim {
 
 namespace {
+
+using cli::OptionReader;
 
 constexpr std::uint16_t kDefaultControlPort = 50002;
 constexpr std::uint16_t kDefaultReceivePort = 50001;
@@ -92,11 +94,17 @@ void describe(QCommandLineParser& parser)
         parser.addOptions(options);
 }
 
+std::optional<QHostAddress> readAddress(const OptionReader& reader, const char* name)
+{
+    const std::optional<QString> address = reader.address(name);
+    return address ? std::optional(QHostAddress(*address)) : std::nullopt;
+}
+
 NetworkOptions readNetwork(const OptionReader& reader)
 {
-    return {.address = reader.address("address"),
+    return {.address = readAddress(reader, "address"),
             .controlPort = reader.port("control-port", 0),
-            .host = reader.address("host"),
+            .host = readAddress(reader, "host"),
             .receivePort = reader.port("receive-port", 1),
             .freespacePort = reader.port("fsp-port", 0)};
 }

@@ -1,6 +1,6 @@
+#include "tools/common/TerminationSignals.h"
 #include "tools/ecu_simulator/EcuServer.h"
 #include "tools/ecu_simulator/StateFile.h"
-#include "tools/ecu_simulator/TerminationSignals.h"
 
 #include <QCoreApplication>
 
@@ -34,8 +34,9 @@ int run(const SimulatorOptions& options)
                               .arg(server.errorString()));
         return 1;
     }
-    TerminationSignals termination;
-    QObject::connect(&termination, &TerminationSignals::terminated, qApp, &QCoreApplication::quit);
+    cli::TerminationSignals termination;
+    QObject::connect(&termination, &cli::TerminationSignals::terminated, qApp,
+                     &QCoreApplication::quit);
     if (keepsState)
         QObject::connect(&server, &EcuServer::stateChanged, &server, [&] {
             if (!stateFile.save(state))

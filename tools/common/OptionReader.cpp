@@ -1,12 +1,13 @@
-#include "tools/ecu_simulator/OptionReader.h"
+#include "tools/common/OptionReader.h"
 
+#include "ecu/store/ip_address.h"
 #include "orv_decoder/constants.h"
 
 #include <QCommandLineParser>
 
 #include <stdexcept>
 
-namespace ecusim {
+namespace cli {
 
 bool OptionReader::isSet(const char* name) const
 {
@@ -30,6 +31,13 @@ double OptionReader::number(const char* name, double from, double to, double oth
     return value;
 }
 
+std::optional<int> OptionReader::wholeNumber(const char* name, int from, int to) const
+{
+    if (!isSet(name))
+        return std::nullopt;
+    return integer(name, text(name), from, to);
+}
+
 double OptionReader::share(const char* name) const
 {
     return number(name, 0, 1, 0);
@@ -37,17 +45,16 @@ double OptionReader::share(const char* name) const
 
 std::optional<std::uint16_t> OptionReader::port(const char* name, int lowest) const
 {
-    if (!isSet(name))
-        return std::nullopt;
-    return static_cast<std::uint16_t>(integer(name, text(name), lowest, 65535));
+    const std::optional<int> port = wholeNumber(name, lowest, 65535);
+    return port ? std::optional(static_cast<std::uint16_t>(*port)) : std::nullopt;
 }
 
-std::optional<QHostAddress> OptionReader::address(const char* name) const
+std::optional<QString> OptionReader::address(const char* name) const
 {
     if (!isSet(name))
         return std::nullopt;
-    QHostAddress address;
-    if (!address.setAddress(text(name)) || address.protocol() != QAbstractSocket::IPv4Protocol)
+    const QString address = completeAddress(text(name));
+    if (address.isEmpty())
         refuse(name, QStringLiteral("an IPv4 address"));
     return address;
 }
@@ -101,4 +108,4 @@ void OptionReader::refuse(const char* name, const QString& expected) const
                                     .toStdString());
 }
 
-} // namespace ecusim
+} // namespace cli

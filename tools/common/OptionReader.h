@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QHostAddress>
 #include <QString>
 #include <QStringList>
 
@@ -12,7 +11,7 @@
 
 class QCommandLineParser;
 
-namespace ecusim {
+namespace cli {
 
 /// Takes typed values out of a parsed command line. Each member throws std::invalid_argument with
 /// a whole sentence when the value of the option `name` is none that it takes.
@@ -28,11 +27,16 @@ public:
     /// A number of a closed range, or `otherwise` when the option is not given.
     double number(const char* name, double from, double to, double otherwise) const;
 
+    /// A whole number of a closed range.
+    std::optional<int> wholeNumber(const char* name, int from, int to) const;
+
     /// 0 to 1; 0 when the option is not given.
     double share(const char* name) const;
 
     std::optional<std::uint16_t> port(const char* name, int lowest) const;
-    std::optional<QHostAddress> address(const char* name) const;
+
+    /// A dotted IPv4 address.
+    std::optional<QString> address(const char* name) const;
 
     /// The value of the word given, that of the first one when none is.
     template<typename Value>
@@ -69,4 +73,4 @@ Value OptionReader::choice(const char* name,
     refuse(name, QStringLiteral("one of ") + words.join(QStringLiteral(", ")));
 }
 
-} // namespace ecusim
+} // namespace cli

@@ -1,4 +1,4 @@
-#include "tools/ecu_simulator/TerminationSignals.h"
+#include "tools/common/TerminationSignals.h"
 
 #ifdef Q_OS_UNIX
 #include <QSocketNotifier>
@@ -8,7 +8,7 @@
 #include <unistd.h>
 #endif
 
-namespace ecusim {
+namespace cli {
 
 #ifdef Q_OS_UNIX
 
@@ -45,4 +45,4 @@ TerminationSignals::TerminationSignals(QObject* parent) : QObject(parent) {}
 
 #endif
 
-} // namespace ecusim
+} // namespace cli

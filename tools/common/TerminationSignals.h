@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-namespace ecusim {
+namespace cli {
 
 /// Turns SIGINT and SIGTERM into a Qt signal. One object a process; without effect where there are
 /// no such signals.
@@ -17,4 +17,4 @@ signals:
     void terminated();
 };
 
-} // namespace ecusim
+} // namespace cli

@@ -1,0 +1,96 @@
+#include "tests/tools/tarvioctl/CtlProcess.h"
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QProcessEnvironment>
+#include <QSettings>
+
+#include <csignal>
+
+namespace {
+
+constexpr int kPatienceMs = 60000;
+
+// The process shall find the stores that the test sees, a TemporaryProfile's for one.
+QProcessEnvironment environmentOfTest()
+{
+    const QSettings anyStore(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("any"));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QFileInfo(anyStore.fileName()).path());
+    return environment;
+}
+
+} // namespace
+
+CtlProcess::CtlProcess(const QStringList& arguments)
+{
+    mProcess.setProcessEnvironment(environmentOfTest());
+    mProcess.start(QStringLiteral(TARVIO_CTL), arguments);
+    mProcess.waitForStarted();
+}
+
+CtlProcess::~CtlProcess()
+{
+    if (mProcess.state() == QProcess::NotRunning)
+        return;
+    mProcess.kill();
+    mProcess.waitForFinished();
+}
+
+CtlResult CtlProcess::run(const QStringList& arguments)
+{
+    return CtlProcess(arguments).waitForEnd();
+}
+
+bool CtlProcess::waitForOutput(const QString& text)
+{
+    return waitFor(text, mOutput);
+}
+
+bool CtlProcess::waitForErrorOutput(const QString& text)
+{
+    return waitFor(text, mErrorOutput);
+}
+
+void CtlProcess::interrupt()
+{
+    ::kill(static_cast<pid_t>(mProcess.processId()), SIGINT);
+}
+
+CtlResult CtlProcess::waitForEnd()
+{
+    if (mProcess.state() != QProcess::NotRunning)
+        mProcess.waitForFinished(kPatienceMs);
+    collect();
+    const bool hasEnded =
+        mProcess.state() == QProcess::NotRunning && mProcess.exitStatus() == QProcess::NormalExit;
+    return {.exitStatus = hasEnded ? mProcess.exitCode() : -1,
+            .output = mOutput,
+            .errorOutput = mErrorOutput};
+}
+
+// The stream is one of the two that collect() fills.
+bool CtlProcess::waitFor(const QString& text, const QString& stream)
+{
+    QElapsedTimer waited;
+    waited.start();
+    collect();
+    while (!stream.contains(text) && mProcess.state() == QProcess::Running &&
+           !waited.hasExpired(kPatienceMs)) {
+        mProcess.waitForReadyRead(50);
+        collect();
+    }
+    return stream.contains(text);
+}
+
+void CtlProcess::collect()
+{
+    mOutput += QString::fromUtf8(mProcess.readAllStandardOutput());
+    mErrorOutput += QString::fromUtf8(mProcess.readAllStandardError());
+}
+
+QStringList ecuOptions(quint16 controlPort)
+{
+    return {QStringLiteral("--ecu"), QStringLiteral("127.0.0.1"), QStringLiteral("--control-port"),
+            QString::number(controlPort)};
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+/// What a run of the program left.
+struct CtlResult
+{
+    int exitStatus = -1; ///< -1 after a crash or when it did not end
+    QString output;
+    QString errorOutput;
+};
+
+/// Runs tarvioctl as a user does: the process, its output, its exit status.
+class CtlProcess
+{
+public:
+    explicit CtlProcess(const QStringList& arguments);
+    ~CtlProcess();
+    CtlProcess(const CtlProcess&) = delete;
+    CtlProcess& operator=(const CtlProcess&) = delete;
+
+    /// Runs to the end, which the program has to find by itself.
+    static CtlResult run(const QStringList& arguments);
+
+    /// Waits until standard output, or standard error, holds the text.
+    bool waitForOutput(const QString& text);
+    bool waitForErrorOutput(const QString& text);
+
+    /// As the keys Ctrl-C do.
+    void interrupt();
+
+    CtlResult waitForEnd();
+
+private:
+    bool waitFor(const QString& text, const QString& stream);
+    void collect();
+
+    QProcess mProcess;
+    QString mOutput;
+    QString mErrorOutput;
+};
+
+/// The options that point a command at a simulated ECU on this machine.
+QStringList ecuOptions(quint16 controlPort);

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "tools/tarvioctl/Command.h"
+
+#include <QVector>
+
+namespace tarvioctl {
+
+/// Every command of the program, in the order of its help.
+QVector<Command> allCommands();
+
+} // namespace tarvioctl
