@@ -1,7 +1,7 @@
 #include "views/recording/OrvgCurveRecordingDialog.h"
 
 #include "ecu/recording/recording_pattern.h"
-#include "orv_decoder/OrvCtrlClient.h"
+#include "orv_decoder/constants.h"
 #include "ui_OrvgCurveRecordingDialog.h"
 #include "views/common/messages.h"
 #include "views/common/save_dialog.h"
@@ -14,8 +14,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr int kWatchdogIntervalMs = 2000;
 
 std::uint8_t valueOf(const QSpinBox* box)
 {
@@ -36,22 +34,17 @@ void tellDuration(QSpinBox& timeIndexBox)
 } // namespace
 
 OrvgCurveRecordingDialog::OrvgCurveRecordingDialog(orv::OrvCtrlClient* client, QWidget* parent)
-    : QDialog(parent), mUi(std::make_unique<Ui::OrvgCurveRecordingDialog>()), mClient(client)
+    : QDialog(parent), mUi(std::make_unique<Ui::OrvgCurveRecordingDialog>()), mRun(client, this)
 {
     mUi->setupUi(this);
     mUi->mPlot->setThresholdColor(kThresholdColor);
-    setWatchdogInterval(kWatchdogIntervalMs);
     fillControls();
     connectSignals();
+    connectRun();
     updateControls();
 }
 
 OrvgCurveRecordingDialog::~OrvgCurveRecordingDialog() = default;
-
-void OrvgCurveRecordingDialog::setWatchdogInterval(int milliseconds)
-{
-    mWatchdog.setInterval(milliseconds);
-}
 
 QString OrvgCurveRecordingDialog::timingsText(qint64 elapsedMs)
 {
@@ -81,16 +74,25 @@ void OrvgCurveRecordingDialog::connectSignals()
     connect(mUi->mStopPb, &QPushButton::clicked, this, &Dialog::onStopClicked);
     connect(mUi->mSavePb, &QPushButton::clicked, this, &Dialog::onSaveClicked);
     connect(mUi->mMaxRb, &QRadioButton::toggled, mUi->mPlot, &OrvgPlotWidget::setMaximumMode);
-    connect(&mWatchdog, &QTimer::timeout, this, &Dialog::onWatchdogTimeout);
+}
+
+void OrvgCurveRecordingDialog::connectRun()
+{
+    connect(&mRun, &RecordingRun::stateChanged, this, &OrvgCurveRecordingDialog::updateControls);
+    connect(&mRun, &RecordingRun::started, mUi->mPlot, &OrvgPlotWidget::resetData);
+    connect(&mRun, &RecordingRun::heard, mUi->mPlot, &OrvgPlotWidget::addData);
+    connect(&mRun, &RecordingRun::windowMoved, this, &OrvgCurveRecordingDialog::showWindow);
+    connect(&mRun, &RecordingRun::ended, this, &OrvgCurveRecordingDialog::conclude);
 }
 
 void OrvgCurveRecordingDialog::updateControls()
 {
-    const bool idle = mState == State::Idle;
+    using State = RecordingRun::State;
+    const bool idle = mRun.state() == State::Idle;
     // In this order: Stop hands its focus on to Save when it is disabled, not to a setting.
     mUi->mSavePb->setEnabled(idle);
     mUi->mStopPb->setEnabled(!idle);
-    mUi->mRecordPb->setEnabled(idle || mState == State::StopRequested);
+    mUi->mRecordPb->setEnabled(idle || mRun.state() == State::StopRequested);
     mUi->mSensorCb->setEnabled(idle);
 }
 
@@ -105,7 +107,7 @@ RecordingSettings OrvgCurveRecordingDialog::settings() const
 
 void OrvgCurveRecordingDialog::reject()
 {
-    if (!isRecording())
+    if (!mRun.isRecording())
         QDialog::reject();
     else if (!mDiscardQuestion)
         askToDiscard();
@@ -123,15 +125,9 @@ void OrvgCurveRecordingDialog::askToDiscard()
     });
 }
 
-// From the first result on, until a requested stop has taken effect.
-bool OrvgCurveRecordingDialog::isRecording() const
-{
-    return mState == State::Recording || (mState == State::StopRequested && mWatchdog.isActive());
-}
-
 void OrvgCurveRecordingDialog::done(int result)
 {
-    endRecording();
+    mRun.discard();
     QDialog::done(result);
 }
 
@@ -148,36 +144,19 @@ void OrvgCurveRecordingDialog::keyPressEvent(QKeyEvent* event)
 
 void OrvgCurveRecordingDialog::onNewMeasResult(const orv::OrvMeasurementResult& result)
 {
-    switch (mState) {
-    case State::StartRequested:
-        startRecording();
-        break;
-    case State::StopRequested:
-        endRecording();
-        break;
-    case State::Recording:
-        record(result);
-        break;
-    case State::Idle:
-        break;
-    }
+    mRun.take(result, settings());
 }
 
 void OrvgCurveRecordingDialog::onRecordClicked()
 {
-    mState = State::StartRequested;
-    mWatchdog.start();
-    updateControls();
+    mRun.start();
     // Space and Enter stop; no key changes a setting by accident.
     mUi->mStopPb->setFocus();
 }
 
 void OrvgCurveRecordingDialog::onStopClicked()
 {
-    const bool nothingToStop = mState == State::Idle;
-    mState = State::StopRequested;
-    if (!nothingToStop)
-        updateControls();
+    mRun.requestStop();
 }
 
 void OrvgCurveRecordingDialog::onSaveClicked()
@@ -190,41 +169,14 @@ void OrvgCurveRecordingDialog::onSaveClicked()
 
 void OrvgCurveRecordingDialog::onWatchdogTimeout()
 {
-    endRecording();
-    openWarning(this, tr("Timeout"), tr("Data receiving timeout. Recording is aborted."));
+    mRun.timeOut();
 }
 
-void OrvgCurveRecordingDialog::startRecording()
-{
-    mStartTime.start();
-    mState = State::Recording;
-    mUi->mPlot->resetData();
-    mSweep.start(valueOf(mUi->mSamplesCountSb));
-}
-
-void OrvgCurveRecordingDialog::record(const orv::OrvMeasurementResult& result)
-{
-    mWatchdog.start();
-    const RecordingSweep::Step step = mSweep.take(result, settings());
-    if (step.echoes)
-        mUi->mPlot->addData(*step.echoes);
-    if (step.threshold)
-        moveWindow(*step.threshold, step.position);
-    if (!step.complete)
-        return;
-    const qint64 elapsedMs = mStartTime.elapsed();
-    endRecording();
-    openInformation(this, tr("Timings"), timingsText(elapsedMs));
-}
-
-void OrvgCurveRecordingDialog::moveWindow(const orv::SensorThreshold& threshold,
+void OrvgCurveRecordingDialog::showWindow(const orv::SensorThreshold& threshold,
                                           std::uint32_t position)
 {
     if (position != 0)
         showProgress(position);
-    // A write that fails costs one step of the curve, not the recording.
-    if (mClient)
-        mClient->writeThresholds(threshold, false);
     mUi->mPlot->setThresholds(threshold.entries);
     mUi->mPlot->setThresholdsShown(true);
 }
@@ -238,12 +190,13 @@ void OrvgCurveRecordingDialog::showProgress(std::uint32_t position)
     mUi->mProgressBar->setUpdatesEnabled(true);
 }
 
-void OrvgCurveRecordingDialog::endRecording()
+void OrvgCurveRecordingDialog::conclude(RecordingRun::Ending ending)
 {
-    mState = State::Idle;
-    mWatchdog.stop();
     // It has lost its sense, and another box may follow.
     if (mDiscardQuestion)
         mDiscardQuestion->reject();
-    updateControls();
+    if (ending == RecordingRun::Ending::Completed)
+        openInformation(this, tr("Timings"), timingsText(mRun.elapsedMs()));
+    else if (ending == RecordingRun::Ending::TimedOut)
+        openWarning(this, tr("Timeout"), tr("Data receiving timeout. Recording is aborted."));
 }

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "ecu/recording/RecordingSweep.h"
+#include "ecu/recording/RecordingRun.h"
 #include "orv_decoder/metatypes.h"
 
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QPointer>
-#include <QTimer>
 
 #include <memory>
 
@@ -34,9 +32,6 @@ public:
     OrvgCurveRecordingDialog(orv::OrvCtrlClient* client, QWidget* parent);
     ~OrvgCurveRecordingDialog() override;
 
-    /// A recording without a result for this long is aborted; 2000 ms at first.
-    void setWatchdogInterval(int milliseconds);
-
     /// What the user is told at the end of a recording.
     static QString timingsText(qint64 elapsedMs);
 
@@ -55,31 +50,18 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    enum class State {
-        Idle = 0,
-        StartRequested = 1,
-        StopRequested = 2,
-        Recording = 3,
-    };
-
     void fillControls();
     void connectSignals();
+    void connectRun();
     void updateControls();
     RecordingSettings settings() const;
-    bool isRecording() const;
     void askToDiscard();
 
-    void startRecording();
-    void record(const orv::OrvMeasurementResult& result);
-    void moveWindow(const orv::SensorThreshold& threshold, std::uint32_t position);
+    void showWindow(const orv::SensorThreshold& threshold, std::uint32_t position);
     void showProgress(std::uint32_t position);
-    void endRecording();
+    void conclude(RecordingRun::Ending ending);
 
     std::unique_ptr<Ui::OrvgCurveRecordingDialog> mUi;
-    orv::OrvCtrlClient* mClient; // borrowed from the window
-    State mState = State::Idle;
-    RecordingSweep mSweep;
-    QElapsedTimer mStartTime;
-    QTimer mWatchdog{this};
+    RecordingRun mRun;
     QPointer<QMessageBox> mDiscardQuestion; // while it is open
 };

@@ -45,10 +45,6 @@ struct RecordingFixture
     QSpinBox* spinBox(const char* name) const { return find<QSpinBox>(name); }
     QProgressBar* progress() const { return find<QProgressBar>("mProgressBar"); }
     OrvgPlotWidget* plot() const { return find<OrvgPlotWidget>("mPlot"); }
-    QTimer* watchdog() const
-    {
-        return dialog.findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
-    }
 
     /// False when the window does not become active.
     bool show()

@@ -118,7 +118,7 @@ double timeOfLargestPeak(const QByteArray& csv)
 
 } // namespace
 
-class RecordingRunTest : public QObject
+class RecordedWallTest : public QObject
 {
     Q_OBJECT
 
@@ -157,5 +157,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(RecordingRunTest)
-#include "test_recording_run.moc"
+QTEST_MAIN(RecordedWallTest)
+#include "test_recorded_wall.moc"
