@@ -68,6 +68,11 @@ bool wasCut()
     return lastErrorCode() == WSAEMSGSIZE;
 }
 
+bool wasInterrupted()
+{
+    return false;
+}
+
 bool isReadable(NativeSocket handle, std::uint32_t timeoutMs)
 {
     WSAPOLLFD entry{.fd = handle, .events = POLLRDNORM, .revents = 0};
@@ -112,6 +117,12 @@ int lastErrorCode()
 bool wasCut()
 {
     return false;
+}
+
+// By a signal, which the program has answered by now.
+bool wasInterrupted()
+{
+    return lastErrorCode() == EINTR;
 }
 
 bool isReadable(NativeSocket handle, std::uint32_t timeoutMs)
@@ -203,9 +214,14 @@ bool DatagramSocket::waitForDatagram(std::uint32_t timeoutMs) const
 
 std::optional<std::size_t> DatagramSocket::receive(std::span<std::uint8_t> buffer)
 {
-    const auto count =
-        ::recvfrom(static_cast<NativeSocket>(mHandle), reinterpret_cast<char*>(buffer.data()),
-                   static_cast<NativeSize>(buffer.size()), 0, nullptr, nullptr);
+    const auto receiveOnce = [&] {
+        return ::recvfrom(static_cast<NativeSocket>(mHandle),
+                          reinterpret_cast<char*>(buffer.data()),
+                          static_cast<NativeSize>(buffer.size()), 0, nullptr, nullptr);
+    };
+    auto count = receiveOnce();
+    while (count < 0 && wasInterrupted())
+        count = receiveOnce();
     if (count < 0 && wasCut())
         return buffer.size();
     if (count < 0)

@@ -4,17 +4,6 @@
 
 namespace {
 
-QVector<EcuTransfer> transfersInTurn(const QVector<ConfigurationPart>& parts)
-{
-    QVector<EcuTransfer> transfers;
-    for (const ConfigurationPart& part : parts) {
-        if (part.ecu)
-            transfers.append(*part.ecu);
-    }
-    std::ranges::stable_sort(transfers, {}, &EcuTransfer::turn);
-    return transfers;
-}
-
 QStringList failuresOf(const QVector<ConfigurationPart>& parts,
                        std::function<bool()> EcuTransfer::*operation)
 {
@@ -27,6 +16,17 @@ QStringList failuresOf(const QVector<ConfigurationPart>& parts,
 }
 
 } // namespace
+
+QVector<EcuTransfer> transfersInTurn(const QVector<ConfigurationPart>& parts)
+{
+    QVector<EcuTransfer> transfers;
+    for (const ConfigurationPart& part : parts) {
+        if (part.ecu)
+            transfers.append(*part.ecu);
+    }
+    std::ranges::stable_sort(transfers, {}, &EcuTransfer::turn);
+    return transfers;
+}
 
 QStringList readAllFromEcu(const QVector<ConfigurationPart>& parts)
 {

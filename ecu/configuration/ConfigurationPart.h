@@ -39,6 +39,9 @@ struct ConfigurationPart
     std::optional<EcuTransfer> ecu = {};
 };
 
+/// How the parts are exchanged with the ECU, in the order of the turns.
+QVector<EcuTransfer> transfersInTurn(const QVector<ConfigurationPart>& parts);
+
 /// Reads every part from the ECU, also after a failure of another one. The names of those that
 /// failed, in the order of the turns.
 QStringList readAllFromEcu(const QVector<ConfigurationPart>& parts);

@@ -2,6 +2,7 @@
 #include "tools/tarvioctl/commands.h"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 
 #include <csignal>
 
@@ -12,6 +13,8 @@ int main(int argc, char** argv)
     std::signal(SIGPIPE, SIG_IGN);
 #endif
     const QCoreApplication application(argc, argv);
+    // Standard error is for sentences to people.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     return static_cast<int>(
         tarvioctl::runCommandLine(tarvioctl::allCommands(), QCoreApplication::arguments()));
 }

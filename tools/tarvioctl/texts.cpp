@@ -1,6 +1,9 @@
 #include "tools/tarvioctl/texts.h"
 
 #include "orv_decoder/OrvCtrlClient.h"
+#include "orv_decoder/constants.h"
+
+#include <stdexcept>
 
 namespace tarvioctl {
 
@@ -11,6 +14,18 @@ QString dotted(std::uint32_t address)
         .arg(address >> 8 & 0xFF)
         .arg(address >> 16 & 0xFF)
         .arg(address >> 24);
+}
+
+std::uint8_t sensorOf(const QString& text)
+{
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (!isNumber || number < 1 || number > orv::kSensorCount)
+        throw std::invalid_argument(QStringLiteral("A sensor is a number from 1 to %1, not \"%2\".")
+                                        .arg(orv::kSensorCount)
+                                        .arg(text)
+                                        .toStdString());
+    return static_cast<std::uint8_t>(number - 1);
 }
 
 QString noAnswer(const orv::OrvCtrlClient& client)
