@@ -2,9 +2,9 @@
 
 #include "orv_decoder/constants.h"
 
-#include <utility>
+#include <algorithm>
 
-AnsweringPeer::AnsweringPeer(std::map<Frame, Frame> replies)
+AnsweringPeer::AnsweringPeer(Replies replies)
     : mReplies(std::move(replies)), mThread(&AnsweringPeer::serve, this)
 {}
 
@@ -24,7 +24,8 @@ void AnsweringPeer::serve()
         request.resize(mSocket.receiveFrom(sender, request).size());
         if (request.empty())
             return;
-        if (const auto reply = mReplies.find(request); reply != mReplies.end())
+        const auto reply = std::ranges::find(mReplies, request, &Replies::value_type::first);
+        if (reply != mReplies.end())
             mSocket.send(reply->second, sender);
     }
 }

@@ -3,8 +3,8 @@
 #include "bench/BareSocket.h"
 
 #include <cstdint>
-#include <map>
 #include <thread>
+#include <utility>
 #include <vector>
 
 /// The other end of control exchanges: a thread that answers each request with the reply that was
@@ -13,8 +13,9 @@ class AnsweringPeer
 {
 public:
     using Frame = std::vector<std::uint8_t>;
+    using Replies = std::vector<std::pair<Frame, Frame>>; ///< each behind its request
 
-    explicit AnsweringPeer(std::map<Frame, Frame> replies);
+    explicit AnsweringPeer(Replies replies);
     ~AnsweringPeer();
     AnsweringPeer(const AnsweringPeer&) = delete;
     AnsweringPeer& operator=(const AnsweringPeer&) = delete;
@@ -25,7 +26,7 @@ public:
 private:
     void serve();
 
-    const std::map<Frame, Frame> mReplies; // by request
+    const Replies mReplies;
     BareSocket mSocket;
     std::thread mThread;
 };

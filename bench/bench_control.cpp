@@ -1,4 +1,5 @@
 #include "bench/AnsweringPeer.h"
+#include "ecu/configuration/EcuConfiguration.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "orv_decoder/constants.h"
@@ -33,14 +34,14 @@ std::vector<Frame> settingsRequests()
     return requests;
 }
 
-std::map<Frame, Frame> repliesOfAnEcu()
+AnsweringPeer::Replies repliesOfAnEcu()
 {
     ecusim::EcuState ecu = ecusim::defaultEcuState();
     ecusim::EcuCommands commands(ecu, {});
-    std::map<Frame, Frame> replies;
-    replies[firmwareRequest()] = commands.answer(firmwareRequest(), 0).reply;
+    AnsweringPeer::Replies replies;
+    replies.emplace_back(firmwareRequest(), commands.answer(firmwareRequest(), 0).reply);
     for (const Frame& request : settingsRequests())
-        replies[request] = commands.answer(request, 0).reply;
+        replies.emplace_back(request, commands.answer(request, 0).reply);
     return replies;
 }
 
@@ -67,23 +68,14 @@ public:
 
     bool readFirmware() { return mClient.readFirmwareVersion(mFirmware); }
 
-    bool readSettings()
-    {
-        bool isRead = true;
-        for (std::uint8_t sensor = 0; sensor < orv::kSensorCount; ++sensor)
-            isRead = mClient.readThresholds(sensor, mThresholds[sensor]) && isRead;
-        isRead = mClient.readMeasurementSequence(mSequence) && isRead;
-        return mClient.readSensorPositions(mPositions) && isRead;
-    }
+    bool readSettings() { return mConfiguration.readFrom(mClient).isEmpty(); }
 
 private:
     const AnsweringPeer mPeer{repliesOfAnEcu()};
     orv::OrvCtrlSocket mSocket{"127.0.0.1", mPeer.port()};
     orv::OrvCtrlClient mClient{&mSocket};
     orv::FirmwareVersion mFirmware;
-    std::array<orv::SensorThreshold, orv::kSensorCount> mThresholds;
-    std::vector<orv::MseqStep> mSequence;
-    orv::SensorMountPositions mPositions{};
+    EcuConfiguration mConfiguration;
 };
 
 void exchanges(benchmark::State& state, bool (Link::*exchange)())
