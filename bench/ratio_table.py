@@ -60,6 +60,12 @@ def result(row, figures):
     return Result(row, figures[row.figure], figures[row.reference] if row.reference else 1.0)
 
 
+def why_left_out(row, figures):
+    """Why one of the row's two could not be measured here; empty when both were."""
+    reasons = [figures.get(name) for name in (row.figure, row.reference)]
+    return next((reason for reason in reasons if isinstance(reason, str)), "")
+
+
 def table(results):
     """A table in Markdown whose columns also line up in a terminal."""
     lines = [["what", "figure", "against", "ratio", "goal: at most", ""]]

@@ -20,6 +20,14 @@ public:
     std::int16_t i16() { return static_cast<std::int16_t>(u16()); }
     std::uint32_t u32() { return take<4>(); }
 
+    /// The next `count` bytes as they stand; none when fewer are left.
+    std::span<const std::uint8_t> bytes(std::size_t count)
+    {
+        const auto taken = mBytes.first(ensure(count) ? count : 0);
+        mBytes = mBytes.subspan(taken.size());
+        return taken;
+    }
+
     /// Bytes not yet read.
     std::size_t left() const { return mBytes.size(); }
 
@@ -27,20 +35,26 @@ public:
     explicit operator bool() const { return mOk; }
 
 private:
-    // Nothing is left after a read that failed, so that the next one fails as well.
     template<std::size_t Width>
     std::uint32_t take()
     {
-        if (mBytes.size() < Width) {
-            mOk = false;
-            mBytes = {};
+        if (!ensure(Width))
             return 0;
-        }
         std::uint32_t value = 0;
         for (std::size_t i = 0; i < Width; ++i)
             value |= std::uint32_t{mBytes[i]} << (8 * i);
         mBytes = mBytes.subspan(Width);
         return value;
+    }
+
+    // Nothing is left after a read that failed, so that the next one fails as well.
+    bool ensure(std::size_t count)
+    {
+        if (mBytes.size() >= count)
+            return true;
+        mOk = false;
+        mBytes = {};
+        return false;
     }
 
     std::span<const std::uint8_t> mBytes;

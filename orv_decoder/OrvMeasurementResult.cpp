@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <iterator>
 #include <utility>
 
 namespace orv {
@@ -29,8 +30,9 @@ std::uint16_t rawFromTimeOfFlight(std::uint16_t timeOfFlight)
     return static_cast<std::uint16_t>(std::min(raw, kLongestRawTime));
 }
 
-OrvSensorEcho decodeEcho(ByteReader& reader)
+OrvSensorEcho decodeEcho(std::span<const std::uint8_t, kEchoSize> bytes)
 {
+    ByteReader reader(bytes);
     OrvSensorEcho echo;
     echo.timeOfFlight = timeOfFlightFromRaw(reader.u16());
     echo.magnitude = reader.u8();
@@ -45,32 +47,60 @@ void encodeEcho(ByteWriter& writer, const OrvSensorEcho& echo)
     writer.u8(echo.secondValue);
 }
 
-// Sensor ids, also those that no ECU has.
-using Ids = std::bitset<256>;
-
-bool decodeSensorBlock(ByteReader& reader, OrvMeasurementResult& result, Ids& reporting)
+// Puts sensor blocks into the echoes of the record that was there before.
+class EchoesDecoder
 {
-    const std::uint8_t sensorId = reader.u8();
-    const std::uint8_t echoCount = reader.u8();
-    if (!reader || reader.left() < echoCount * kEchoSize)
-        return false;
-    if (echoCount == 0)
-        return true;
-    std::vector<OrvSensorEcho>& echoes = result.echoes[sensorId];
-    echoes.resize(echoCount);
-    for (OrvSensorEcho& echo : echoes)
-        echo = decodeEcho(reader);
-    reporting.set(sensorId);
-    return true;
-}
+public:
+    using Echoes = decltype(OrvMeasurementResult::echoes);
 
-// What is left of the record that was there before goes.
+    explicit EchoesDecoder(Echoes& echoes) : mEchoes(echoes), mNext(echoes.begin()) {}
+
+    bool decodeSensorBlock(ByteReader& reader)
+    {
+        const std::uint8_t sensorId = reader.u8();
+        const std::uint8_t echoCount = reader.u8();
+        auto bytes = reader.bytes(echoCount * kEchoSize);
+        if (!reader || echoCount == 0)
+            return static_cast<bool>(reader);
+        for (OrvSensorEcho& echo : entryOf(sensorId, echoCount)) {
+            echo = decodeEcho(bytes.first<kEchoSize>());
+            bytes = bytes.subspan(kEchoSize);
+        }
+        return true;
+    }
+
+    // What no block was about goes.
+    void dropOthers()
+    {
+        if (mReportingCount != mEchoes.size())
+            std::erase_if(mEchoes, [&](const auto& entry) { return !mReporting[entry.first]; });
+    }
+
+private:
+    // The ECU reports its sensors in order: most often the entry is the one behind the last.
+    std::vector<OrvSensorEcho>& entryOf(std::uint8_t sensorId, std::size_t echoCount)
+    {
+        mReportingCount += mReporting[sensorId] ? 0 : 1;
+        mReporting.set(sensorId);
+        if (mNext == mEchoes.end() || mNext->first != sensorId)
+            mNext = mEchoes.try_emplace(sensorId).first;
+        std::vector<OrvSensorEcho>& entry = (mNext++)->second;
+        entry.resize(echoCount);
+        return entry;
+    }
+
+    Echoes& mEchoes;
+    Echoes::iterator mNext;
+    std::bitset<256> mReporting; // sensor ids, also those that no ECU has
+    std::size_t mReportingCount = 0;
+};
+
 void decodeSensorBlocks(ByteReader& reader, int count, OrvMeasurementResult& result)
 {
-    Ids reporting;
-    for (int i = 0; i < count && decodeSensorBlock(reader, result, reporting); ++i) {
+    EchoesDecoder echoes(result.echoes);
+    for (int i = 0; i < count && echoes.decodeSensorBlock(reader); ++i) {
     }
-    std::erase_if(result.echoes, [&](const auto& entry) { return !reporting[entry.first]; });
+    echoes.dropOthers();
 }
 
 void encodeSensorBlock(ByteWriter& writer, std::uint8_t sensorId,

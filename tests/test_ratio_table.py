@@ -36,6 +36,12 @@ class RatioTable(unittest.TestCase):
         self.assertTrue(result(line, {"paint:allocations": 0}).is_met)
         self.assertTrue(result(line, {"paint:allocations": 1}).fails)
 
+    def test_row_whose_reference_could_not_run_is_left_out_with_the_reason(self):
+        row = ratio_table.row("decoding | bench_decode | ours | theirs | 0.2")
+        self.assertEqual(ratio_table.why_left_out(row, {"ours": 1, "theirs": "left out: no npm"}),
+                         "left out: no npm")
+        self.assertEqual(ratio_table.why_left_out(row, {"ours": 1, "theirs": 2}), "")
+
     def test_miss_known_to_be_out_of_reach_is_told_and_fails_nothing(self):
         each = result(f"{ROW} | known: slow memory", {"paint/800/iterations:5": 9, "byHand": 1})
         self.assertEqual((each.is_met, each.fails), (False, False))

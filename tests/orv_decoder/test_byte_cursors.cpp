@@ -41,6 +41,20 @@ TEST(ByteReader, isTrueWhenAllWasRead)
     EXPECT_EQ(reader.left(), 0U);
 }
 
+TEST(ByteReader, handsOutBytesAsTheyStand)
+{
+    const Bytes bytes = {0x11, 0x22, 0x33, 0x44};
+    orv::ByteReader reader(bytes);
+    const auto taken = reader.bytes(3);
+    EXPECT_EQ(Bytes(taken.begin(), taken.end()), (Bytes{0x11, 0x22, 0x33}));
+    EXPECT_TRUE(reader.bytes(0).empty());
+    EXPECT_TRUE(reader);
+    EXPECT_EQ(reader.left(), 1U);
+    EXPECT_TRUE(reader.bytes(2).empty());
+    EXPECT_FALSE(reader);
+    EXPECT_EQ(reader.left(), 0U);
+}
+
 TEST(ByteWriter, appendsLittleEndianNumbers)
 {
     orv::ByteWriter writer;

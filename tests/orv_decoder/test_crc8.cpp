@@ -33,6 +33,22 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"readThresholdsOfSensor2", {0x01, 0x01, 0x02}, 0x85}),
     [](const auto& row) { return row.param.name; });
 
+// As docs/protocol.md tells it, bit by bit.
+std::uint8_t shiftedEightTimes(unsigned value)
+{
+    for (int bit = 0; bit < 8; ++bit)
+        value = (value & 1) ? (value >> 1) ^ 0x64 : value >> 1;
+    return static_cast<std::uint8_t>(value);
+}
+
+TEST(Crc8Property, everyByteIsShiftedEightTimes)
+{
+    for (unsigned byte = 0; byte < 256; ++byte)
+        EXPECT_EQ(orv::crc8(Bytes{static_cast<std::uint8_t>(byte)}),
+                  shiftedEightTimes(0xFF ^ byte) ^ 0xFF)
+            << byte;
+}
+
 TEST(Crc8Property, everySingleBitErrorIsSeen)
 {
     const Bytes frame = {0x01, 0x02, 0x0A, 0x2B, 0x4C, 0x6D, 0x8E, 0xAF};

@@ -296,4 +296,30 @@ TEST(MeasurementResult, usedRecordHoldsTheNextDatagramAlone)
     EXPECT_EQ(result, orv::OrvMeasurementResult{});
 }
 
+TEST(MeasurementResult, usedRecordDoesNotDependOnTheOrderOfTheBlocks)
+{
+    const Bytes used = withHeader({3, 2, 1, 9, 0, 1, 0, 5, 1, 8, 0, 2, 0, 7, 1, 7, 0, 3, 0});
+    const std::vector<Bytes> orders = {
+        {3, 2, 1, 1, 0, 4, 0, 5, 1, 2, 0, 5, 0, 7, 1, 3, 0, 6, 0},
+        {3, 7, 1, 1, 0, 4, 0, 5, 1, 2, 0, 5, 0, 2, 1, 3, 0, 6, 0},
+        {3, 5, 1, 1, 0, 4, 0, 7, 1, 2, 0, 5, 0, 6, 1, 3, 0, 6, 0},
+        {3, 1, 1, 1, 0, 4, 0, 8, 1, 2, 0, 5, 0, 2, 1, 3, 0, 6, 0},
+    };
+    for (const Bytes& blocks : orders) {
+        OrvMeasurementResult result = resultIn(used);
+        ASSERT_TRUE(orv::decodeInto(withHeader(blocks), result));
+        EXPECT_EQ(result, resultIn(withHeader(blocks)));
+        EXPECT_EQ(result.echoes.size(), 3U);
+    }
+}
+
+TEST(MeasurementResult, sensorThatIsNamedTwiceDoesNotKeepAnotherInAUsedRecord)
+{
+    const Bytes twice = withHeader({2, 3, 1, 1, 0, 4, 0, 3, 1, 2, 0, 5, 0});
+    OrvMeasurementResult result = resultIn(withHeader({2, 3, 1, 9, 0, 1, 0, 5, 1, 8, 0, 2, 0}));
+    ASSERT_TRUE(orv::decodeInto(twice, result));
+    EXPECT_EQ(result.echoes.size(), 1U);
+    EXPECT_EQ(result, resultIn(twice));
+}
+
 } // namespace
