@@ -1,3 +1,4 @@
+#include "tests/support/AllocationCounter.h"
 #include "views/live/OrvgLiveView.h"
 #include "views/live/OrvgSignalLineWidget.h"
 #include "views/live/OrvgSignalWidget.h"
@@ -221,6 +222,20 @@ void primitivesOfWindow(benchmark::State& state)
         primitives.paint();
 }
 BENCHMARK(primitivesOfWindow);
+
+// What our own code asks operator new for, the paint included. What Qt allocates on its own
+// account, among it the texts of the table, is not counted.
+void allocationsOfResult(benchmark::State& state)
+{
+    ShownView shown(kDefaultSize);
+    shown.age(1'000);
+    const AllocationCounter counter;
+    for (auto _ : state)
+        shown.takeAndPaint();
+    state.counters["perResult"] =
+        static_cast<double>(counter.count()) / static_cast<double>(state.iterations());
+}
+BENCHMARK(allocationsOfResult)->Iterations(300);
 
 void resultAfter(benchmark::State& state, ShownView& aged)
 {

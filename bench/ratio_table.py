@@ -60,6 +60,11 @@ def result(row, figures):
     return Result(row, figures[row.figure], figures[row.reference] if row.reference else 1.0)
 
 
+def better_of(former, later):
+    """Of two measurements of the same rows, each row's lower ratio."""
+    return [min(pair, key=lambda each: each.ratio) for pair in zip(former, later, strict=True)]
+
+
 def why_left_out(row, figures):
     """Why one of the row's two could not be measured here; empty when both were."""
     reasons = [figures.get(name) for name in (row.figure, row.reference)]

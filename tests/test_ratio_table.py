@@ -47,6 +47,13 @@ class RatioTable(unittest.TestCase):
         self.assertEqual((each.is_met, each.fails), (False, False))
         self.assertIn("missed**, known: slow memory", ratio_table.table([each]))
 
+    def test_better_of_two_attempts_counts_row_by_row(self):
+        rows = [ROW, "drawing | bench_plot | draw | byHand | 1.5"]
+        figures = ({"paint/800/iterations:5": 100, "draw": 300, "byHand": 200},
+                   {"paint/800/iterations:5": 400, "draw": 200, "byHand": 200})
+        former, later = ([result(row, each) for row in rows] for each in figures)
+        self.assertEqual([each.ratio for each in ratio_table.better_of(former, later)], [0.5, 1.0])
+
     def test_reference_of_nothing_is_never_met(self):
         each = result(ROW, {"paint/800/iterations:5": 0, "byHand": 0})
         self.assertTrue(each.fails)

@@ -1,6 +1,7 @@
 #include "views/plot/OrvgPlotWidget.h"
 
 #include "ecu/store/safe_file.h"
+#include "views/plot/circle_rows.h"
 
 #include <QBuffer>
 #include <QMessageBox>
@@ -8,7 +9,6 @@
 #include <QtMath>
 
 #include <cmath>
-#include <span>
 
 namespace {
 
@@ -35,13 +35,13 @@ OrvgPlotWidget::OrvgPlotWidget(QWidget* parent) : QWidget(parent)
 void OrvgPlotWidget::setSampleStore(SampleStore store)
 {
     mSamples = EchoSamples(store);
-    invalidate();
+    invalidateSamples();
 }
 
 void OrvgPlotWidget::addData(const std::vector<orv::OrvSensorEcho>& echoes)
 {
     mSamples.add(echoes);
-    invalidate();
+    invalidateSamples();
 }
 
 void OrvgPlotWidget::clear()
@@ -52,31 +52,31 @@ void OrvgPlotWidget::clear()
 void OrvgPlotWidget::setMaximumMode(bool maximum)
 {
     mShownValue = maximum ? EchoValue::Maximum : EchoValue::Mean;
-    invalidate();
+    invalidateSamples();
 }
 
 void OrvgPlotWidget::setThresholds(const orv::ThresholdEntries& entries)
 {
     mThresholds = entries;
-    invalidate();
+    invalidateBackground();
 }
 
 void OrvgPlotWidget::setThresholdsShown(bool shown)
 {
     mThresholdsShown = shown;
-    update();
+    invalidateBackground();
 }
 
 void OrvgPlotWidget::setThresholdColor(const QColor& color)
 {
     mThresholdColor = color;
-    update();
+    invalidateBackground();
 }
 
 void OrvgPlotWidget::setMarkedColumn(int column)
 {
     mMarkedColumn = column;
-    update();
+    invalidateBackground();
 }
 
 void OrvgPlotWidget::save(const QString& fileName)
@@ -90,29 +90,35 @@ void OrvgPlotWidget::save(const QString& fileName)
 void OrvgPlotWidget::resetData()
 {
     clear();
-    invalidate();
+    invalidateSamples();
 }
 
 void OrvgPlotWidget::resizeEvent(QResizeEvent*)
 {
-    mBackground = {};
-    invalidate();
+    invalidateBackground();
+    invalidateSamples();
 }
 
 void OrvgPlotWidget::paintEvent(QPaintEvent*)
 {
-    if (mBackground.isNull() || mBackground.devicePixelRatioF() != devicePixelRatioF())
+    if (mBackground.isNull() || mBackground.devicePixelRatioF() != devicePixelRatioF()) {
         rebuildBackground();
+        mIsStale = true;
+    }
     if (mIsStale)
-        rebuildCurves();
+        rebuildSamples();
     QPainter painter(this);
     painter.drawPixmap(0, 0, mBackground);
-    if (mThresholdsShown)
-        paintThresholds(painter);
     paintSamples(painter);
 }
 
-// Dotted lines take longer than all the rest, so they are drawn once for each size.
+// Dotted lines and circles take longer than all the rest, so they are not drawn with each result.
+void OrvgPlotWidget::invalidateBackground()
+{
+    mBackground = {};
+    update();
+}
+
 void OrvgPlotWidget::rebuildBackground()
 {
     const qreal ratio = devicePixelRatioF();
@@ -121,6 +127,8 @@ void OrvgPlotWidget::rebuildBackground()
     mBackground.fill(kBackground);
     QPainter painter(&mBackground);
     paintGrid(painter);
+    if (mThresholdsShown)
+        paintThresholds(painter);
 }
 
 void OrvgPlotWidget::paintGrid(QPainter& painter) const
@@ -138,35 +146,14 @@ void OrvgPlotWidget::paintGrid(QPainter& painter) const
     }
 }
 
-// Results may come many times faster than the screen shows them.
-void OrvgPlotWidget::invalidate()
-{
-    mIsStale = true;
-    update();
-}
-
-void OrvgPlotWidget::rebuildCurves()
-{
-    mIsStale = false;
-    mThresholdVertices = geometryInPixels().thresholdVertices(mThresholds);
-    mPoints = geometryInPixels().samplePoints(mSamples, mShownValue);
-    mSticks.clear();
-    for (const QPoint& point : mPoints)
-        mSticks.emplace_back(point, QSize(1, height() - point.y()));
-}
-
-PlotGeometry OrvgPlotWidget::geometryInPixels() const
-{
-    return PlotGeometry(size());
-}
-
 void OrvgPlotWidget::paintThresholds(QPainter& painter) const
 {
+    const PlotGeometry::Vertices vertices = geometryInPixels().thresholdVertices(mThresholds);
     const QPen pen(mThresholdColor, 2);
     painter.setBrush(Qt::gray);
-    QPoint previous(0, mThresholdVertices.front().y());
-    for (int k = 0; k < static_cast<int>(mThresholdVertices.size()); ++k) {
-        const QPoint vertex = mThresholdVertices[static_cast<std::size_t>(k)];
+    QPoint previous(0, vertices.front().y());
+    for (int k = 0; k < static_cast<int>(vertices.size()); ++k) {
+        const QPoint vertex = vertices[static_cast<std::size_t>(k)];
         if (k == mMarkedColumn) {
             painter.setPen(Qt::white);
             drawCircle(painter, vertex, kMarkRadius);
@@ -179,19 +166,47 @@ void OrvgPlotWidget::paintThresholds(QPainter& painter) const
     painter.drawLine(previous, QPoint(width(), previous.y()));
 }
 
+// Results may come many times faster than the screen shows them.
+void OrvgPlotWidget::invalidateSamples()
+{
+    mIsStale = true;
+    update();
+}
+
+void OrvgPlotWidget::rebuildSamples()
+{
+    mIsStale = false;
+    mSampleRects.clear();
+    const std::vector<QRect> circle = circleRows(kSampleRadius, devicePixelRatioF());
+    bool isFirst = true;
+    for (const QPoint& point : geometryInPixels().samplePoints(mSamples, mShownValue)) {
+        // A stick of one pixel stays a dot on the bottom line, unless it is the first.
+        const bool hasCircle = isFirst || point.y() != height() - 1;
+        addStick(point, hasCircle ? circle : std::vector<QRect>());
+        isFirst = false;
+    }
+}
+
+void OrvgPlotWidget::addStick(const QPoint& point, const std::vector<QRect>& circle)
+{
+    const qreal ratio = devicePixelRatioF();
+    const QPoint top(qRound(point.x() * ratio), qRound(point.y() * ratio));
+    mSampleRects.emplace_back(top, QSize(qRound(ratio), qRound(height() * ratio) - top.y()));
+    for (const QRect& row : circle)
+        mSampleRects.push_back(row.translated(top));
+}
+
 void OrvgPlotWidget::paintSamples(QPainter& painter) const
 {
-    if (mPoints.empty())
-        return;
-    painter.setPen(Qt::yellow);
-    painter.setBrush(Qt::yellow);
-    drawCircle(painter, mPoints.front(), kSampleRadius);
-    for (const QPoint& point : std::span(mPoints).subspan(1)) {
-        // A stick of one pixel stays a dot on the bottom line.
-        if (point.y() != height() - 1)
-            drawCircle(painter, point, kSampleRadius);
-    }
-    // Upright lines of one pixel as rectangles: a tenth of the time.
+    const qreal ratio = devicePixelRatioF();
+    painter.scale(1 / ratio, 1 / ratio);
     painter.setPen(Qt::NoPen);
-    painter.drawRects(mSticks.data(), static_cast<int>(mSticks.size()));
+    painter.setBrush(Qt::yellow);
+    // Rectangles take a tenth of the time of lines.
+    painter.drawRects(mSampleRects.data(), static_cast<int>(mSampleRects.size()));
+}
+
+PlotGeometry OrvgPlotWidget::geometryInPixels() const
+{
+    return PlotGeometry(size());
 }

@@ -56,14 +56,17 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void invalidateBackground();
     void rebuildBackground();
     void paintGrid(QPainter& painter) const;
-    void invalidate();
-    void rebuildCurves();
-    PlotGeometry geometryInPixels() const;
-
     void paintThresholds(QPainter& painter) const;
+
+    void invalidateSamples();
+    void rebuildSamples();
+    void addStick(const QPoint& point, const std::vector<QRect>& circle);
     void paintSamples(QPainter& painter) const;
+
+    PlotGeometry geometryInPixels() const;
 
     EchoSamples mSamples;
     EchoValue mShownValue = EchoValue::Maximum;
@@ -72,10 +75,8 @@ private:
     int mMarkedColumn = -1;
     bool mThresholdsShown = false;
 
-    // What is painted, in pixels of the current size.
-    QPixmap mBackground; // with the grid
-    PlotGeometry::Vertices mThresholdVertices;
+    // What is painted, for the current size and pixel ratio.
+    QPixmap mBackground; // with grid and thresholds
     bool mIsStale = true;
-    std::vector<QPoint> mPoints;
-    std::vector<QRect> mSticks;
+    std::vector<QRect> mSampleRects; // in device pixels
 };
