@@ -49,8 +49,7 @@ CtlResult CtlProcess::run(const QStringList& arguments)
 CtlResult CtlProcess::runIntoClosedPipe(const QStringList& arguments)
 {
     // The pipe's reader ends at once; only bash tells the status of what stands before it.
-    const QString script =
-        QStringLiteral("\"$0\" \"$@\" | true; exit ${PIPESTATUS[0]}");
+    const QString script = QStringLiteral("\"$0\" \"$@\" | true; exit ${PIPESTATUS[0]}");
     return CtlProcess(QStringLiteral("bash"),
                       QStringList{QStringLiteral("-c"), script, QStringLiteral(TARVIO_CTL)} +
                           arguments)
