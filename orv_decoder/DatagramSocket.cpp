@@ -27,6 +27,7 @@ namespace {
 
 using NativeSocket = SOCKET;
 using NativeSize = int;
+using NativeLength = int;
 
 bool startSocketSystem()
 {
@@ -83,6 +84,7 @@ bool isReadable(NativeSocket handle, std::uint32_t timeoutMs)
 
 using NativeSocket = int;
 using NativeSize = std::size_t;
+using NativeLength = socklen_t;
 
 bool startSocketSystem()
 {
@@ -212,16 +214,22 @@ bool DatagramSocket::waitForDatagram(std::uint32_t timeoutMs) const
     return mHandle != kNoSocket && isReadable(static_cast<NativeSocket>(mHandle), timeoutMs);
 }
 
-std::optional<std::size_t> DatagramSocket::receive(std::span<std::uint8_t> buffer)
+std::optional<std::size_t> DatagramSocket::receive(std::span<std::uint8_t> buffer,
+                                                   Ipv4Endpoint* sender)
 {
+    sockaddr_in from{};
     const auto receiveOnce = [&] {
+        NativeLength fromSize = sizeof from;
         return ::recvfrom(static_cast<NativeSocket>(mHandle),
                           reinterpret_cast<char*>(buffer.data()),
-                          static_cast<NativeSize>(buffer.size()), 0, nullptr, nullptr);
+                          static_cast<NativeSize>(buffer.size()), 0,
+                          reinterpret_cast<sockaddr*>(&from), &fromSize);
     };
     auto count = receiveOnce();
     while (count < 0 && wasInterrupted())
         count = receiveOnce();
+    if (sender)
+        *sender = {.address = from.sin_addr.s_addr, .port = ntohs(from.sin_port)};
     if (count < 0 && wasCut())
         return buffer.size();
     if (count < 0)

@@ -8,7 +8,7 @@
 
 namespace orv {
 
-/// Where a datagram goes.
+/// One end of a datagram's way.
 struct Ipv4Endpoint
 {
     std::uint32_t address = 0xFFFFFFFF; ///< in network byte order, as the system converts it
@@ -45,7 +45,9 @@ public:
 
     /// Receives one datagram, cut to the buffer; returns its bytes, which may be none, and nothing
     /// on error or timeout.
-    std::optional<std::size_t> receive(std::span<std::uint8_t> buffer);
+    /// @param sender takes where it came from, unless it is null
+    std::optional<std::size_t> receive(std::span<std::uint8_t> buffer,
+                                       Ipv4Endpoint* sender = nullptr);
 
     /// True as soon as a datagram waits; false when none came within `timeoutMs`, where 0 only
     /// looks, and without a socket.
@@ -53,6 +55,9 @@ public:
 
     /// False unless the whole datagram went out.
     bool send(std::span<const std::uint8_t> datagram, const Ipv4Endpoint& destination);
+
+    /// The system's name of the socket, for an event loop to wait on; -1 without a socket.
+    std::intptr_t handle() const { return mHandle; }
 
 private:
     // Wide enough for a SOCKET as well as for a file descriptor.

@@ -52,7 +52,7 @@ bool OrvUdpSocket::receive(std::vector<std::uint8_t>& datagram, std::uint32_t ti
         return false;
     if (!setTimeout(timeoutMs))
         return fail("Can't set receive timeout option");
-    const std::size_t received = mSocket.receive(mBuffer).value_or(0);
+    const std::size_t received = mSocket.receive(mBuffer, &mLastSender).value_or(0);
     if (received < 1)
         return fail("receive error");
     datagram.assign(mBuffer.begin(), mBuffer.begin() + static_cast<std::ptrdiff_t>(received));

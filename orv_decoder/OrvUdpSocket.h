@@ -38,6 +38,12 @@ public:
     /// it fails without a reason.
     bool receive(std::vector<std::uint8_t>& datagram, std::uint32_t timeoutMs) override;
 
+    /// Where the last datagram came from.
+    const Ipv4Endpoint& lastSender() const { return mLastSender; }
+
+    /// For an event loop to wait on; -1 on a closed socket.
+    std::intptr_t handle() const { return mSocket.handle(); }
+
     /// True as soon as a datagram waits, an empty one included; false when none came within
     /// `timeoutMs`, where 0 only looks, and at once on a closed socket.
     bool waitForDatagram(std::uint32_t timeoutMs) const;
@@ -55,6 +61,7 @@ private:
     std::string mSystemReason;
     std::optional<std::uint32_t> mTimeoutMs; // as it is set
     std::array<std::uint8_t, kMaxDatagramSize> mBuffer;
+    Ipv4Endpoint mLastSender;
     DatagramSocket mSocket;
 };
 

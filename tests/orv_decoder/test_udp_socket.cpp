@@ -54,6 +54,27 @@ TEST(UdpSocket, takesDatagramsFromAnySenderInTheirOrder)
     }
 }
 
+TEST(UdpSocket, tellsWhereADatagramCameFrom)
+{
+    const std::uint16_t port = freeUdpPort();
+    OrvUdpSocket socket(port);
+    ASSERT_TRUE(socket.open());
+    LoopbackPeer peer;
+    peer.sendTo(port, {1});
+    Bytes datagram;
+    ASSERT_TRUE(socket.receive(datagram, kLongMs));
+    EXPECT_EQ(socket.lastSender().port, peer.port());
+    EXPECT_EQ(socket.lastSender().address, orv::ipv4Endpoint("127.0.0.1", 0).address);
+}
+
+TEST(UdpSocket, hasAHandleWhileItIsOpen)
+{
+    OrvUdpSocket socket(freeUdpPort());
+    EXPECT_EQ(socket.handle(), -1);
+    ASSERT_TRUE(socket.open());
+    EXPECT_GE(socket.handle(), 0);
+}
+
 TEST(UdpSocket, openOnAnOpenSocketKeepsWhatWaits)
 {
     const std::uint16_t port = freeUdpPort();

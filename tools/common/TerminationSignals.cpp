@@ -37,6 +37,7 @@ TerminationSignals::TerminationSignals(QObject* parent) : QObject(parent)
     connect(notifier, &QSocketNotifier::activated, this, &TerminationSignals::terminated);
     std::signal(SIGINT, writeToHandlerEnd);
     std::signal(SIGTERM, writeToHandlerEnd);
+    std::signal(SIGHUP, writeToHandlerEnd); // the terminal was closed
 }
 
 #else

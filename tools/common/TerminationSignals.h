@@ -4,7 +4,7 @@
 
 namespace cli {
 
-/// Turns SIGINT and SIGTERM into a Qt signal. One object a process; without effect where there are
+/// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal. One object a process; without effect where there are
 /// no such signals.
 class TerminationSignals : public QObject
 {

@@ -37,6 +37,19 @@ EcuServer::EcuServer(EcuState& state, const SimulatorOptions& options, QObject* 
     connect(&mMeasurementTimer, &QTimer::timeout, this, &EcuServer::onMeasurementTime);
     mMeasurementTimer.setTimerType(Qt::PreciseTimer);
     mMeasurementTimer.setInterval(static_cast<int>(std::lround(1000 / options.rate)));
+    if (options.playback)
+        preparePlayback();
+}
+
+void EcuServer::preparePlayback()
+{
+    const cli::StreamPorts ports = {.measurements = mNetwork.receivePort,
+                                    .freespaces = mNetwork.freespacePort};
+    mPlayer = std::make_unique<cli::CapturePlayer>(*mOptions.playback, ports);
+    connect(mPlayer.get(), &cli::CapturePlayer::due, this, &EcuServer::onReplayed);
+    connect(mPlayer.get(), &cli::CapturePlayer::failed, this, &EcuServer::replayFailed);
+    connect(mPlayer.get(), &cli::CapturePlayer::ended, this,
+            [this] { emit replayEnded(mPlayer->summary()); });
 }
 
 bool EcuServer::start()
@@ -49,6 +62,8 @@ bool EcuServer::start()
         mState.network.controlPort = mControlSocket.localPort();
     mClock.start();
     mMeasurementTimer.start();
+    if (mPlayer && mOptions.hasStreams)
+        mPlayer->start();
     return true;
 }
 
@@ -80,7 +95,7 @@ void EcuServer::onMeasurementTime()
 {
     if (mCommands.advance(mClock.elapsed()))
         emit stateChanged();
-    if (!mOptions.hasStreams || mState.sequence.empty())
+    if (mPlayer || !mOptions.hasStreams || mState.sequence.empty())
         return;
     // Time goes with the measurements, not with the clock: the same seed gives the same bytes.
     const double seconds = mMeasurementIndex / mOptions.rate;
@@ -92,6 +107,14 @@ void EcuServer::onMeasurementTime()
                    freespacePackage(mState, mScene, mOptions.behaviour.missingMask, seconds)),
                mNetwork.freespacePort);
     ++mMeasurementIndex;
+}
+
+void EcuServer::onReplayed(cli::StreamKind kind, const QByteArray& datagram)
+{
+    const bool isMeasurement = kind == cli::StreamKind::Measurements;
+    sendStream(isMeasurement ? mMeasurementFaults : mFreespaceFaults,
+               Datagram(datagram.begin(), datagram.end()),
+               isMeasurement ? mNetwork.receivePort : mNetwork.freespacePort);
 }
 
 void EcuServer::sendReply(Datagram reply, const QHostAddress& to, quint16 port)

@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <QUdpSocket>
 
+#include <memory>
+
 namespace ecusim {
 
 /// Puts the simulated ECU on the network: one socket answers control requests, a timer sends the
@@ -17,7 +19,8 @@ class EcuServer : public QObject
     Q_OBJECT
 
 public:
-    /// `state` is borrowed; its network settings say where to listen and send.
+    /// `state` is borrowed; its network settings say where to listen and send. Throws
+    /// std::runtime_error with a whole sentence when a capture to play cannot be read.
     EcuServer(EcuState& state, const SimulatorOptions& options, QObject* parent = nullptr);
 
     /// Binds the control socket and starts the streams; false when the address is taken.
@@ -33,14 +36,20 @@ signals:
     /// One readable line for each request.
     void requestAnswered(const QString& summary);
 
+    /// A capture came to its end, or could not be played on; one whole sentence.
+    void replayEnded(const QString& summary);
+    void replayFailed(const QString& sentence);
+
     /// What outlives the run has changed.
     void stateChanged();
 
 private slots:
     void onRequests();
     void onMeasurementTime();
+    void onReplayed(cli::StreamKind kind, const QByteArray& datagram);
 
 private:
+    void preparePlayback();
     void sendReply(Datagram reply, const QHostAddress& to, quint16 port);
     void sendStream(StreamFaults& faults, Datagram datagram, quint16 port);
 
@@ -56,6 +65,7 @@ private:
     QUdpSocket mControlSocket;
     QUdpSocket mStreamSocket;
     QTimer mMeasurementTimer;
+    std::unique_ptr<cli::CapturePlayer> mPlayer; // null = the scene is sent
     QElapsedTimer mClock;
     quint32 mMeasurementIndex = 0;
 };

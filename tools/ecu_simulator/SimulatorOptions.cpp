@@ -48,6 +48,15 @@ QList<QCommandLineOption> sceneOptions()
     };
 }
 
+QList<QCommandLineOption> replayOptions()
+{
+    return QList{option("replay",
+                        "Plays a capture of the live streams, pcap or pcapng, in place of the "
+                        "scene.",
+                        "file")} +
+           cli::playbackOptions();
+}
+
 QList<QCommandLineOption> behaviourOptions()
 {
     return {
@@ -90,7 +99,7 @@ void describe(QCommandLineParser& parser)
     parser.addHelpOption();
     parser.addVersionOption();
     for (const auto& options :
-         {networkOptions(), sceneOptions(), behaviourOptions(), faultOptions()})
+         {networkOptions(), sceneOptions(), replayOptions(), behaviourOptions(), faultOptions()})
         parser.addOptions(options);
 }
 
@@ -159,6 +168,8 @@ SimulatorOptions readOptions(const OptionReader& reader)
     options.hasStreams = reader.choice<bool>(
         "streams", {{QStringLiteral("on"), true}, {QStringLiteral("off"), false}});
     options.isVerbose = reader.isSet("verbose");
+    if (reader.isSet("replay"))
+        options.playback = cli::readPlayback(reader, reader.text("replay"));
     options.behaviour = readBehaviour(reader);
     options.behaviour.hasClutter = options.scene == SceneKind::Car;
     options.replyFaults = readReplyFaults(reader);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/common/CapturePlayer.h"
 #include "tools/ecu_simulator/EcuCommands.h"
 #include "tools/ecu_simulator/FaultInjector.h"
 #include "tools/ecu_simulator/Scene.h"
@@ -34,6 +35,7 @@ struct SimulatorOptions
     double wallDistanceMm = 2000;
     bool hasStreams = true;
     bool isVerbose = false;
+    std::optional<cli::Playback> playback; ///< in place of the scene
     EcuBehaviour behaviour;
     ReplyFaultShares replyFaults;
     StreamFaultShares streamFaults;

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <exception>
 
 namespace {
 
@@ -45,8 +46,23 @@ int run(const SimulatorOptions& options)
     if (options.isVerbose)
         QObject::connect(&server, &EcuServer::requestAnswered, &server,
                          [](const QString& summary) { printLine(stdout, summary); });
+    QObject::connect(&server, &EcuServer::replayEnded, &server, [](const QString& summary) {
+        printLine(stdout, QStringLiteral("replay ended: ") + summary);
+    });
+    QObject::connect(&server, &EcuServer::replayFailed, &server,
+                     [](const QString& sentence) { printLine(stderr, sentence); });
     printLine(stdout, QStringLiteral("listening on %1").arg(server.endpoint()));
     return QCoreApplication::exec();
+}
+
+int runOrTell(const SimulatorOptions& options)
+{
+    try {
+        return run(options);
+    } catch (const std::exception& error) {
+        printLine(stderr, QString::fromUtf8(error.what()));
+        return 1;
+    }
 }
 
 } // namespace
@@ -63,7 +79,7 @@ int main(int argc, char** argv)
         printLine(stderr, commandLine.text);
         return 1;
     case CommandLine::Action::Run:
-        return run(commandLine.options);
+        return runOrTell(commandLine.options);
     }
     return 1;
 }

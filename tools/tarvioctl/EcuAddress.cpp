@@ -52,6 +52,7 @@ EcuAddress::EcuAddress(const QCommandLineParser& parser, Console& console)
     const cli::OptionReader reader(parser);
     mLink = withOptions(settings::readConnection(*mStore).link, reader);
     mIsFromStore = !reader.isSet("ecu");
+    mArePortsFromStore = !reader.isSet("receive-port") || !reader.isSet("fsp-port");
     if (const std::optional<int> timeout = reader.wholeNumber("timeout", 1, kMaxTimeoutMs))
         mTimeoutMs = static_cast<std::uint32_t>(*timeout);
 }
@@ -65,6 +66,18 @@ LinkSettings EcuAddress::link() const
                           .arg(mLink.ecuIp)
                           .arg(mLink.controlPort));
     return mLink;
+}
+
+cli::StreamPorts EcuAddress::streamPorts() const
+{
+    if (mArePortsFromStore)
+        mConsole.tell(
+            QStringLiteral("Measurements on port %1, freespaces on %2, as stored by Tarvio.")
+                .arg(mLink.receivePort)
+                .arg(mLink.freespacePort == 0
+                         ? QStringLiteral("none")
+                         : QStringLiteral("port %1").arg(mLink.freespacePort)));
+    return {.measurements = mLink.receivePort, .freespaces = mLink.freespacePort};
 }
 
 std::unique_ptr<EcuChannel> EcuAddress::openChannel() const

@@ -3,6 +3,7 @@
 #include "ecu/link/LinkSettings.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
+#include "tools/common/StreamPorts.h"
 
 #include <QCommandLineOption>
 #include <QList>
@@ -49,6 +50,9 @@ public:
     /// has said where the ECU is.
     LinkSettings link() const;
 
+    /// The local ports of the live streams; says on standard error what comes from the store.
+    cli::StreamPorts streamPorts() const;
+
     /// A channel to the ECU of link().
     std::unique_ptr<EcuChannel> openChannel() const;
 
@@ -59,6 +63,7 @@ private:
     Console& mConsole;
     LinkSettings mLink;
     bool mIsFromStore;
+    bool mArePortsFromStore;
     std::optional<std::uint32_t> mTimeoutMs;
 };
 

@@ -23,9 +23,13 @@ QProcessEnvironment environmentOfTest()
 } // namespace
 
 CtlProcess::CtlProcess(const QStringList& arguments)
+    : CtlProcess(QStringLiteral(TARVIO_CTL), arguments)
+{}
+
+CtlProcess::CtlProcess(const QString& program, const QStringList& arguments)
 {
     mProcess.setProcessEnvironment(environmentOfTest());
-    mProcess.start(QStringLiteral(TARVIO_CTL), arguments);
+    mProcess.start(program, arguments);
     mProcess.waitForStarted();
 }
 
@@ -40,6 +44,16 @@ CtlProcess::~CtlProcess()
 CtlResult CtlProcess::run(const QStringList& arguments)
 {
     return CtlProcess(arguments).waitForEnd();
+}
+
+CtlResult CtlProcess::runIntoClosedPipe(const QStringList& arguments)
+{
+    // The pipe's reader ends at once; only bash tells the status of what stands before it.
+    const QString script = QStringLiteral("\"$0\" \"$@\" | true; exit ${PIPESTATUS[0]}");
+    return CtlProcess(QStringLiteral("bash"),
+                      QStringList{QStringLiteral("-c"), script, QStringLiteral(TARVIO_CTL)} +
+                          arguments)
+        .waitForEnd();
 }
 
 bool CtlProcess::waitForOutput(const QString& text)

@@ -24,6 +24,9 @@ public:
     /// Runs to the end, which the program has to find by itself.
     static CtlResult run(const QStringList& arguments);
 
+    /// Runs to the end while nobody reads standard output.
+    static CtlResult runIntoClosedPipe(const QStringList& arguments);
+
     /// Waits until standard output, or standard error, holds the text.
     bool waitForOutput(const QString& text);
     bool waitForErrorOutput(const QString& text);
@@ -34,6 +37,7 @@ public:
     CtlResult waitForEnd();
 
 private:
+    CtlProcess(const QString& program, const QStringList& arguments);
     bool waitFor(const QString& text, const QString& stream);
     void collect();
 

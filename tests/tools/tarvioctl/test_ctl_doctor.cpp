@@ -1,0 +1,120 @@
+#include "tests/support/LoopbackPeer.h"
+#include "tests/support/SimulatorProcess.h"
+#include "tests/tools/tarvioctl/CtlProcess.h"
+
+#include <QtTest>
+
+#include <chrono>
+#include <thread>
+
+/// What the program finds where nothing arrives, each cause provoked once.
+class TestCtlDoctor : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        mReceivePort = freeUdpPort();
+        mFreespacePort = freeUdpPort();
+    }
+
+    void allIsWell()
+    {
+        const SimulatorProcess ecu(ecuArguments());
+        const CtlResult result = doctor(ecu.controlPort());
+        QVERIFY2(result.exitStatus == 0, qPrintable(result.output));
+        QVERIFY(!result.output.contains(QStringLiteral("PROBLEM")));
+        QVERIFY(result.output.contains(QStringLiteral("firmware 2.14.0")));
+        QVERIFY(result.output.contains(QStringLiteral("127.0.0.1, which is this machine")));
+        QCOMPARE(result.output.count(QStringLiteral("from 127.0.0.1")), 2);
+    }
+
+    void ecuThatIsNotThere()
+    {
+        const CtlResult result = doctor(freeUdpPort());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY(hasProblem(result, QStringLiteral("no ECU answers at 127.0.0.1:")));
+        QVERIFY(hasProblem(result, QStringLiteral("nothing arrives on port ")));
+    }
+
+    void ecuThatSendsToAnotherMachine()
+    {
+        // A documentation address, which nobody has; with its streams off nothing goes there.
+        const SimulatorProcess ecu(ecuArguments() +
+                                   QStringList{"--host", "192.0.2.7", "--streams", "off"});
+        const CtlResult result = doctor(ecu.controlPort());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY(hasProblem(
+            result, QStringLiteral("the ECU sends to 192.0.2.7, which this machine is not")));
+        QVERIFY(result.output.contains(
+            QStringLiteral("→ give this machine the address 192.0.2.7, or ")));
+    }
+
+    void ecuThatSendsToAnotherPort()
+    {
+        const SimulatorProcess ecu(ecuArguments());
+        const int sendsTo = mReceivePort;
+        mReceivePort = freeUdpPort();
+        const CtlResult result = doctor(ecu.controlPort());
+        QVERIFY(
+            hasProblem(result, QStringLiteral("the ECU sends measurements to port %1, not to %2")
+                                   .arg(sendsTo)
+                                   .arg(mReceivePort)));
+        QVERIFY(hasProblem(result, QStringLiteral("nothing arrives on port %1").arg(mReceivePort)));
+    }
+
+    void portThatSomebodyHolds()
+    {
+        const LoopbackPeer holder;
+        mReceivePort = holder.port();
+        const SimulatorProcess ecu(ecuArguments());
+        const CtlResult result = doctor(ecu.controlPort());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY(hasProblem(result, QStringLiteral("local port %1 is taken").arg(mReceivePort)));
+        QVERIFY(!result.output.contains(
+            QStringLiteral("nothing arrives on port %1").arg(mReceivePort)));
+    }
+
+    void whatIsNoRecordIsTold()
+    {
+        const SimulatorProcess ecu(ecuArguments() + QStringList{"--streams", "off"});
+        const std::jthread stranger([port = mReceivePort](const std::stop_token& stop) {
+            LoopbackPeer peer;
+            while (!stop.stop_requested()) {
+                peer.sendTo(port, {1, 2, 3});
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            }
+        });
+        const CtlResult result = doctor(ecu.controlPort());
+        QVERIFY2(hasProblem(result, QStringLiteral("what arrives on port %1 from 127.0.0.1 is no "
+                                                   "record")
+                                        .arg(mReceivePort)),
+                 qPrintable(result.output));
+    }
+
+private:
+    QStringList ecuArguments() const
+    {
+        return {"--receive-port", QString::number(mReceivePort), "--fsp-port",
+                QString::number(mFreespacePort)};
+    }
+
+    QStringList arguments(quint16 controlPort) const
+    {
+        return QStringList{"doctor", "--timeout", "50"} + ecuArguments() + ecuOptions(controlPort);
+    }
+
+    CtlResult doctor(quint16 controlPort) const { return CtlProcess::run(arguments(controlPort)); }
+
+    static bool hasProblem(const CtlResult& result, const QString& finding)
+    {
+        return result.output.contains(QStringLiteral("PROBLEM  ") + finding);
+    }
+
+    quint16 mReceivePort = 0;
+    quint16 mFreespacePort = 0;
+};
+
+QTEST_GUILESS_MAIN(TestCtlDoctor)
+#include "test_ctl_doctor.moc"

@@ -1,0 +1,114 @@
+#include "tools/tarvioctl/RecordFormat.h"
+
+#include <QStringList>
+
+#include <array>
+
+namespace tarvioctl {
+
+namespace {
+
+// The columns behind those of every record, empty where they do not apply.
+enum Column {
+    MeasurementWord,
+    SendingSensors,
+    ListeningSensors,
+    Sensor,
+    TimeOfFlightUs,
+    Magnitude,
+    SecondValue,
+    Wedge,
+    DistanceMm,
+    FirstXMm,
+    FirstYMm,
+    SecondXMm,
+    SecondYMm,
+    ColumnCount
+};
+
+using Fields = std::array<QString, ColumnCount>;
+
+QString listText(const std::vector<int>& sensors)
+{
+    QStringList numbers;
+    for (const int sensor : sensors)
+        numbers += QString::number(sensor);
+    return numbers.join(QLatin1Char(' '));
+}
+
+QString lineOf(const Arrival& arrival, const QString& stream, const Fields& fields)
+{
+    QStringList line = {QString::number(arrival.number), timeText(arrival.time), arrival.sender,
+                        stream};
+    for (const QString& field : fields)
+        line += field;
+    return line.join(QLatin1Char(','));
+}
+
+Fields withEcho(Fields fields, std::uint8_t sensorId, const orv::OrvSensorEcho& echo)
+{
+    fields[Sensor] = QString::number(shownSensor(sensorId));
+    fields[TimeOfFlightUs] = QString::number(echo.timeOfFlight);
+    fields[Magnitude] = QString::number(echo.magnitude);
+    fields[SecondValue] = QString::number(echo.secondValue);
+    return fields;
+}
+
+Fields fieldsOf(const orv::OrvFreespaceEntry& entry, std::size_t index)
+{
+    const orv::OrvDistanceItem& item = entry.distances[index];
+    Fields fields;
+    fields[Sensor] = QString::number(shownSensor(entry.sensorId));
+    fields[Wedge] = wedgeName(index);
+    fields[DistanceMm] = QString::number(item.distanceMm);
+    fields[FirstXMm] = QString::number(item.firstPoint.x);
+    fields[FirstYMm] = QString::number(item.firstPoint.y);
+    fields[SecondXMm] = QString::number(item.secondPoint.x);
+    fields[SecondYMm] = QString::number(item.secondPoint.y);
+    return fields;
+}
+
+class CsvFormat : public RecordFormat
+{
+public:
+    QString header() const override
+    {
+        return QStringLiteral("record,arrivalTime,sender,stream,measurementWord,sendingSensors,"
+                              "listeningSensors,sensor,timeOfFlightUs,magnitude,secondValue,"
+                              "wedge,distanceMm,firstXMm,firstYMm,secondXMm,secondYMm");
+    }
+
+    QString text(const Arrival& arrival, const orv::OrvMeasurementResult& result) const override
+    {
+        const QString stream = QStringLiteral("measurement");
+        Fields fields;
+        fields[MeasurementWord] = QString::number(result.measurementWord);
+        fields[SendingSensors] = listText(sendingSensors(result));
+        fields[ListeningSensors] = listText(listeningSensors(result));
+        QStringList lines;
+        for (const auto& [sensorId, echoes] : result.echoes)
+            for (const orv::OrvSensorEcho& echo : echoes)
+                lines += lineOf(arrival, stream, withEcho(fields, sensorId, echo));
+        return lines.isEmpty() ? lineOf(arrival, stream, fields) : lines.join(QLatin1Char('\n'));
+    }
+
+    QString text(const Arrival& arrival, const orv::OrvFreespacePackage& package) const override
+    {
+        const QString stream = QStringLiteral("freespace");
+        QStringList lines;
+        for (const orv::OrvFreespaceEntry& entry : package.entries)
+            for (std::size_t index = 0; index < entry.distances.size(); ++index)
+                if (entry.distances[index].isPresent())
+                    lines += lineOf(arrival, stream, fieldsOf(entry, index));
+        return lines.isEmpty() ? lineOf(arrival, stream, {}) : lines.join(QLatin1Char('\n'));
+    }
+};
+
+} // namespace
+
+std::unique_ptr<RecordFormat> csvFormat()
+{
+    return std::make_unique<CsvFormat>();
+}
+
+} // namespace tarvioctl
