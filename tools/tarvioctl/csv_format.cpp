@@ -36,13 +36,22 @@ QString listText(const std::vector<int>& sensors)
     return numbers.join(QLatin1Char(' '));
 }
 
-QString lineOf(const Arrival& arrival, const QString& stream, const Fields& fields)
+// What all lines of a record begin with.
+QString startOf(const Arrival& arrival, const QString& stream)
 {
-    QStringList line = {QString::number(arrival.number), timeText(arrival.time), arrival.sender,
-                        stream};
-    for (const QString& field : fields)
+    return QStringList{QString::number(arrival.number), timeText(arrival.time), arrival.sender,
+                       stream}
+        .join(QLatin1Char(','));
+}
+
+QString lineOf(const QString& start, const Fields& fields)
+{
+    QString line = start;
+    for (const QString& field : fields) {
+        line += QLatin1Char(',');
         line += field;
-    return line.join(QLatin1Char(','));
+    }
+    return line;
 }
 
 Fields withEcho(Fields fields, std::uint8_t sensorId, const orv::OrvSensorEcho& echo)
@@ -80,7 +89,7 @@ public:
 
     QString text(const Arrival& arrival, const orv::OrvMeasurementResult& result) const override
     {
-        const QString stream = QStringLiteral("measurement");
+        const QString start = startOf(arrival, QStringLiteral("measurement"));
         Fields fields;
         fields[MeasurementWord] = QString::number(result.measurementWord);
         fields[SendingSensors] = listText(sendingSensors(result));
@@ -88,19 +97,19 @@ public:
         QStringList lines;
         for (const auto& [sensorId, echoes] : result.echoes)
             for (const orv::OrvSensorEcho& echo : echoes)
-                lines += lineOf(arrival, stream, withEcho(fields, sensorId, echo));
-        return lines.isEmpty() ? lineOf(arrival, stream, fields) : lines.join(QLatin1Char('\n'));
+                lines += lineOf(start, withEcho(fields, sensorId, echo));
+        return lines.isEmpty() ? lineOf(start, fields) : lines.join(QLatin1Char('\n'));
     }
 
     QString text(const Arrival& arrival, const orv::OrvFreespacePackage& package) const override
     {
-        const QString stream = QStringLiteral("freespace");
+        const QString start = startOf(arrival, QStringLiteral("freespace"));
         QStringList lines;
         for (const orv::OrvFreespaceEntry& entry : package.entries)
             for (std::size_t index = 0; index < entry.distances.size(); ++index)
                 if (entry.distances[index].isPresent())
-                    lines += lineOf(arrival, stream, fieldsOf(entry, index));
-        return lines.isEmpty() ? lineOf(arrival, stream, {}) : lines.join(QLatin1Char('\n'));
+                    lines += lineOf(start, fieldsOf(entry, index));
+        return lines.isEmpty() ? lineOf(start, {}) : lines.join(QLatin1Char('\n'));
     }
 };
 

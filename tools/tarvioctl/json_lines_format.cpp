@@ -1,9 +1,6 @@
 #include "ecu/configuration/binary_angle.h"
+#include "tools/tarvioctl/JsonText.h"
 #include "tools/tarvioctl/RecordFormat.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <span>
 
@@ -11,82 +8,87 @@ namespace tarvioctl {
 
 namespace {
 
-QJsonArray listOf(const std::vector<int>& sensors)
+void addNumbers(JsonText& json, const char* name, const std::vector<int>& numbers)
 {
-    QJsonArray list;
-    for (const int sensor : sensors)
-        list.append(sensor);
-    return list;
+    json.name(name);
+    json.begin('[');
+    for (const int number : numbers)
+        json.value(qint64{number});
+    json.end(']');
 }
 
-QJsonObject objectOf(const orv::OrvPoint& point)
+void addPoint(JsonText& json, const orv::OrvPoint& point)
 {
-    return {{QStringLiteral("xMm"), point.x}, {QStringLiteral("yMm"), point.y}};
+    json.begin('{');
+    json.field("xMm", qint64{point.x});
+    json.field("yMm", qint64{point.y});
+    json.end('}');
 }
 
-QJsonArray listOf(std::span<const orv::OrvPoint> points)
+void addPoints(JsonText& json, const char* name, std::span<const orv::OrvPoint> points)
 {
-    QJsonArray list;
+    json.name(name);
+    json.begin('[');
     for (const orv::OrvPoint& point : points)
-        list.append(objectOf(point));
-    return list;
+        addPoint(json, point);
+    json.end(']');
 }
 
-QJsonObject objectOf(std::uint8_t sensorId, const orv::OrvSensorEcho& echo)
+void addEcho(JsonText& json, std::uint8_t sensorId, const orv::OrvSensorEcho& echo)
 {
-    return {{QStringLiteral("sensor"), shownSensor(sensorId)},
-            {QStringLiteral("timeOfFlightUs"), echo.timeOfFlight},
-            {QStringLiteral("magnitude"), echo.magnitude},
-            {QStringLiteral("secondValue"), echo.secondValue}};
+    json.begin('{');
+    json.field("sensor", qint64{shownSensor(sensorId)});
+    json.field("timeOfFlightUs", qint64{echo.timeOfFlight});
+    json.field("magnitude", qint64{echo.magnitude});
+    json.field("secondValue", qint64{echo.secondValue});
+    json.end('}');
 }
 
-QJsonArray listOfEchoes(const orv::OrvMeasurementResult& result)
+void addDistance(JsonText& json, const QString& wedge, const orv::OrvDistanceItem& item)
 {
-    QJsonArray list;
-    for (const auto& [sensorId, echoes] : result.echoes)
-        for (const orv::OrvSensorEcho& echo : echoes)
-            list.append(objectOf(sensorId, echo));
-    return list;
+    json.begin('{');
+    json.field("wedge", wedge);
+    json.field("distanceMm", qint64{item.distanceMm});
+    json.name("firstPoint");
+    addPoint(json, item.firstPoint);
+    json.name("secondPoint");
+    addPoint(json, item.secondPoint);
+    json.end('}');
 }
 
-QJsonArray listOfDistances(const orv::OrvFreespaceEntry& entry)
+void addDistances(JsonText& json, const orv::OrvFreespaceEntry& entry)
 {
-    QJsonArray list;
-    for (std::size_t index = 0; index < entry.distances.size(); ++index) {
-        const orv::OrvDistanceItem& item = entry.distances[index];
-        if (item.isPresent())
-            list.append(QJsonObject{{QStringLiteral("wedge"), wedgeName(index)},
-                                    {QStringLiteral("distanceMm"), item.distanceMm},
-                                    {QStringLiteral("firstPoint"), objectOf(item.firstPoint)},
-                                    {QStringLiteral("secondPoint"), objectOf(item.secondPoint)}});
-    }
-    return list;
+    json.name("distances");
+    json.begin('[');
+    for (std::size_t index = 0; index < entry.distances.size(); ++index)
+        if (entry.distances[index].isPresent())
+            addDistance(json, wedgeName(index), entry.distances[index]);
+    json.end(']');
 }
 
-QJsonObject objectOf(const orv::OrvFreespaceEntry& entry)
+void addEntry(JsonText& json, const orv::OrvFreespaceEntry& entry)
 {
-    const orv::OrvSensorPosition& position = entry.position;
-    return {{QStringLiteral("sensor"), shownSensor(entry.sensorId)},
-            {QStringLiteral("xMm"), position.x},
-            {QStringLiteral("yMm"), position.y},
-            {QStringLiteral("directionDegrees"), degreesOf(position.direction)},
-            {QStringLiteral("corners"), listOf(entry.corners)},
-            {QStringLiteral("arcEnds"), listOf(entry.arcEnds)},
-            {QStringLiteral("secondPair"), listOf(entry.secondPair)},
-            {QStringLiteral("distances"), listOfDistances(entry)}};
+    json.begin('{');
+    json.field("sensor", qint64{shownSensor(entry.sensorId)});
+    json.field("xMm", qint64{entry.position.x});
+    json.field("yMm", qint64{entry.position.y});
+    json.field("directionDegrees", degreesOf(entry.position.direction));
+    addPoints(json, "corners", entry.corners);
+    addPoints(json, "arcEnds", entry.arcEnds);
+    addPoints(json, "secondPair", entry.secondPair);
+    addDistances(json, entry);
+    json.end('}');
 }
 
-QJsonObject recordOf(const Arrival& arrival, const QString& stream)
+JsonText beginRecord(const Arrival& arrival, const QString& stream)
 {
-    return {{QStringLiteral("record"), static_cast<qint64>(arrival.number)},
-            {QStringLiteral("arrivalTime"), timeText(arrival.time)},
-            {QStringLiteral("sender"), arrival.sender},
-            {QStringLiteral("stream"), stream}};
-}
-
-QString lineOf(const QJsonObject& object)
-{
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    JsonText json;
+    json.begin('{');
+    json.field("record", static_cast<qint64>(arrival.number));
+    json.field("arrivalTime", timeText(arrival.time));
+    json.field("sender", arrival.sender);
+    json.field("stream", stream);
+    return json;
 }
 
 class JsonLinesFormat : public RecordFormat
@@ -94,22 +96,30 @@ class JsonLinesFormat : public RecordFormat
 public:
     QString text(const Arrival& arrival, const orv::OrvMeasurementResult& result) const override
     {
-        QJsonObject record = recordOf(arrival, QStringLiteral("measurement"));
-        record[QStringLiteral("measurementWord")] = static_cast<qint64>(result.measurementWord);
-        record[QStringLiteral("sendingSensors")] = listOf(sendingSensors(result));
-        record[QStringLiteral("listeningSensors")] = listOf(listeningSensors(result));
-        record[QStringLiteral("echoes")] = listOfEchoes(result);
-        return lineOf(record);
+        JsonText json = beginRecord(arrival, QStringLiteral("measurement"));
+        json.field("measurementWord", qint64{result.measurementWord});
+        addNumbers(json, "sendingSensors", sendingSensors(result));
+        addNumbers(json, "listeningSensors", listeningSensors(result));
+        json.name("echoes");
+        json.begin('[');
+        for (const auto& [sensorId, echoes] : result.echoes)
+            for (const orv::OrvSensorEcho& echo : echoes)
+                addEcho(json, sensorId, echo);
+        json.end(']');
+        json.end('}');
+        return json.text();
     }
 
     QString text(const Arrival& arrival, const orv::OrvFreespacePackage& package) const override
     {
-        QJsonArray entries;
+        JsonText json = beginRecord(arrival, QStringLiteral("freespace"));
+        json.name("entries");
+        json.begin('[');
         for (const orv::OrvFreespaceEntry& entry : package.entries)
-            entries.append(objectOf(entry));
-        QJsonObject record = recordOf(arrival, QStringLiteral("freespace"));
-        record[QStringLiteral("entries")] = entries;
-        return lineOf(record);
+            addEntry(json, entry);
+        json.end(']');
+        json.end('}');
+        return json.text();
     }
 };
 

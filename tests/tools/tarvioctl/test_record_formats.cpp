@@ -3,6 +3,7 @@
 #include "tools/tarvioctl/RecordFormat.h"
 #include "tools/tarvioctl/StreamTally.h"
 
+#include <QJsonDocument>
 #include <QtTest>
 
 using namespace tarvioctl;
@@ -67,31 +68,43 @@ private slots:
         QCOMPARE(
             jsonLinesFormat()->text(anArrival(), aResult()),
             QStringLiteral(
-                R"({"arrivalTime":"2026-01-02T03:04:05.678901Z","echoes":[)"
-                R"({"magnitude":3,"secondValue":1,"sensor":2,"timeOfFlightUs":6144},)"
-                R"({"magnitude":0,"secondValue":1,"sensor":2,"timeOfFlightUs":65484},)"
-                R"({"magnitude":7,"secondValue":0,"sensor":3,"timeOfFlightUs":5120}],)"
-                R"("listeningSensors":[2,12],"measurementWord":4294967295,"record":7,)"
-                R"("sender":"192.168.1.3:50002","sendingSensors":[3],"stream":"measurement"})"));
+                R"({"record":7,"arrivalTime":"2026-01-02T03:04:05.678901Z",)"
+                R"("sender":"192.168.1.3:50002","stream":"measurement",)"
+                R"("measurementWord":4294967295,"sendingSensors":[3],"listeningSensors":[2,12],)"
+                R"("echoes":[)"
+                R"({"sensor":2,"timeOfFlightUs":6144,"magnitude":3,"secondValue":1},)"
+                R"({"sensor":2,"timeOfFlightUs":65484,"magnitude":0,"secondValue":1},)"
+                R"({"sensor":3,"timeOfFlightUs":5120,"magnitude":7,"secondValue":0}]})"));
     }
 
     void jsonHoldsTheWholeFreespace()
     {
-        const QString free = QStringLiteral(
-            R"({"arcEnds":[{"xMm":2300,"yMm":200},{"xMm":2300,"yMm":-200}],)"
+        const QString entry = QStringLiteral(
+            R"({"sensor":%1,"xMm":%2,"yMm":%3,"directionDegrees":%4,)"
             R"("corners":[{"xMm":100,"yMm":500},{"xMm":2100,"yMm":500},)"
-            R"({"xMm":2100,"yMm":-500},{"xMm":100,"yMm":-500}],"directionDegrees":%1,)"
-            R"("distances":[%2],"secondPair":[{"xMm":0,"yMm":0},{"xMm":0,"yMm":0}],)"
-            R"("sensor":%3,"xMm":%4,"yMm":%5})");
-        const QString distance =
-            QStringLiteral(R"({"distanceMm":870,"firstPoint":{"xMm":600,"yMm":200},)"
-                           R"("secondPoint":{"xMm":601,"yMm":-200},"wedge":"middle"})");
+            R"({"xMm":2100,"yMm":-500},{"xMm":100,"yMm":-500}],)"
+            R"("arcEnds":[{"xMm":2300,"yMm":200},{"xMm":2300,"yMm":-200}],)"
+            R"("secondPair":[{"xMm":0,"yMm":0},{"xMm":0,"yMm":0}],"distances":[%5]})");
+        const QString distance = QStringLiteral(R"({"wedge":"middle","distanceMm":870,)"
+                                                R"("firstPoint":{"xMm":600,"yMm":200},)"
+                                                R"("secondPoint":{"xMm":601,"yMm":-200}})");
         QCOMPARE(jsonLinesFormat()->text(anArrival(), aFreespace()),
-                 QStringLiteral(R"({"arrivalTime":"2026-01-02T03:04:05.678901Z","entries":[)") +
-                     free.arg("90", distance, "4", "2500", "-10") + QLatin1Char(',') +
-                     free.arg("0", "", "5", "0", "0") +
-                     QStringLiteral(R"(],"record":7,"sender":"192.168.1.3:50002",)"
-                                    R"("stream":"freespace"})"));
+                 QStringLiteral(R"({"record":7,"arrivalTime":"2026-01-02T03:04:05.678901Z",)"
+                                R"("sender":"192.168.1.3:50002","stream":"freespace",)"
+                                R"("entries":[)") +
+                     entry.arg("4", "2500", "-10", "90", distance) + QLatin1Char(',') +
+                     entry.arg("5", "0", "0", "0", "") + QStringLiteral("]}"));
+    }
+
+    void jsonIsReadByOthers()
+    {
+        for (const QString& line : {jsonLinesFormat()->text(anArrival(), aResult()),
+                                    jsonLinesFormat()->text(anArrival(), aFreespace()),
+                                    jsonLinesFormat()->text(anArrival(), aPackage({}))}) {
+            QJsonParseError error;
+            QVERIFY(QJsonDocument::fromJson(line.toUtf8(), &error).isObject());
+            QCOMPARE(error.error, QJsonParseError::NoError);
+        }
     }
 
     void csvHasALineAnEcho()
