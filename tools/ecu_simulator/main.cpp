@@ -18,6 +18,15 @@ void printLine(std::FILE* stream, const QString& text)
     std::fflush(stream);
 }
 
+void tellOfReplay(const EcuServer& server)
+{
+    QObject::connect(&server, &EcuServer::replayEnded, &server, [](const QString& summary) {
+        printLine(stdout, QStringLiteral("replay ended: ") + summary);
+    });
+    QObject::connect(&server, &EcuServer::replayFailed, &server,
+                     [](const QString& sentence) { printLine(stderr, sentence); });
+}
+
 int run(const SimulatorOptions& options)
 {
     EcuState state = defaultEcuState();
@@ -46,11 +55,7 @@ int run(const SimulatorOptions& options)
     if (options.isVerbose)
         QObject::connect(&server, &EcuServer::requestAnswered, &server,
                          [](const QString& summary) { printLine(stdout, summary); });
-    QObject::connect(&server, &EcuServer::replayEnded, &server, [](const QString& summary) {
-        printLine(stdout, QStringLiteral("replay ended: ") + summary);
-    });
-    QObject::connect(&server, &EcuServer::replayFailed, &server,
-                     [](const QString& sentence) { printLine(stderr, sentence); });
+    tellOfReplay(server);
     printLine(stdout, QStringLiteral("listening on %1").arg(server.endpoint()));
     return QCoreApplication::exec();
 }

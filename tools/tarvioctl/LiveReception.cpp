@@ -3,7 +3,6 @@
 #include "tools/common/OptionReader.h"
 #include "tools/tarvioctl/Command.h"
 
-#include <QSocketNotifier>
 #include <QTimer>
 
 #include <array>
@@ -46,21 +45,20 @@ LiveReception::LiveReception(const cli::StreamPorts& ports)
 
 void LiveReception::open(cli::StreamKind kind, std::uint16_t port)
 {
-    mStreams.push_back({.kind = kind, .port = std::make_unique<StreamPort>(port)});
-    if (!mStreams.back().port->open())
-        throw portInUse(kind, *mStreams.back().port);
+    Stream& stream = mStreams.emplace_back();
+    stream.kind = kind;
+    stream.port = std::make_unique<StreamPort>(port);
+    if (!stream.port->open())
+        throw portInUse(kind, *stream.port);
+    stream.notifier =
+        std::make_unique<QSocketNotifier>(stream.port->handle(), QSocketNotifier::Read);
+    connect(stream.notifier.get(), &QSocketNotifier::activated, this,
+            [this, &stream] { receiveWaiting(stream); });
 }
 
 LiveReception::End LiveReception::run(std::optional<double> seconds, Taker take)
 {
     mTake = std::move(take);
-    std::vector<std::unique_ptr<QSocketNotifier>> notifiers;
-    for (const Stream& stream : mStreams) {
-        notifiers.push_back(
-            std::make_unique<QSocketNotifier>(stream.port->handle(), QSocketNotifier::Read));
-        connect(notifiers.back().get(), &QSocketNotifier::activated, this,
-                [this, &stream] { receiveWaiting(stream); });
-    }
     QTimer timer;
     timer.setTimerType(Qt::PreciseTimer);
     timer.setSingleShot(true);

@@ -7,10 +7,12 @@
 #include <QCommandLineOption>
 #include <QEventLoop>
 #include <QObject>
+#include <QSocketNotifier>
 #include <QString>
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -57,8 +59,9 @@ public:
 private:
     struct Stream
     {
-        cli::StreamKind kind;
+        cli::StreamKind kind = cli::StreamKind::Measurements;
         std::unique_ptr<StreamPort> port;
+        std::unique_ptr<QSocketNotifier> notifier; // ends before its port
     };
 
     void open(cli::StreamKind kind, std::uint16_t port);
@@ -67,7 +70,7 @@ private:
     void finish(End end);
 
     cli::TerminationSignals mTermination;
-    std::vector<Stream> mStreams;
+    std::deque<Stream> mStreams; // whose elements stay where they are
     std::vector<std::uint8_t> mDatagram;
     Taker mTake;
     QEventLoop mLoop;
