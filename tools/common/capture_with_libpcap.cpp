@@ -126,7 +126,7 @@ CaptureWriter::CaptureWriter(const QString& fileName) : mFile(std::make_unique<F
     mFile->dumper.reset(pcap_dump_fopen(mFile->format.get(), handle.get()));
     if (!mFile->dumper)
         throw unwritable(fileName, QString::fromLocal8Bit(pcap_geterr(mFile->format.get())));
-    handle.release(); // the dumper's now
+    static_cast<void>(handle.release()); // the dumper's now
     if (!mFile->flush())
         throw unwritable(fileName, systemReason());
 }
@@ -163,7 +163,7 @@ CaptureReader::CaptureReader(const QString& fileName) : mFile(std::make_unique<F
     mFile->capture.reset(pcap_fopen_offline(handle.get(), reason.data()));
     if (!mFile->capture)
         throw unreadable(fileName, QString::fromLocal8Bit(reason.data()));
-    handle.release(); // the capture's now
+    static_cast<void>(handle.release()); // the capture's now
     mFile->linkType = linkTypeOf(mFile->capture.get());
     if (!isKnown(mFile->linkType))
         throw failure(QStringLiteral("%1 was captured on a link of the unknown type %2: capture "

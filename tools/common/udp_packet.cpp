@@ -167,7 +167,7 @@ std::optional<UdpDatagram> udpDatagramIn(Bytes packet)
     if (packet.size() < kIpHeaderSize || packet[0] >> 4 != 4 || packet[9] != kUdpProtocol ||
         (u16At(packet, 6) & kFragmentBits) != 0)
         return std::nullopt;
-    const std::size_t headerSize = (packet[0] & 0x0FU) * 4U;
+    const std::size_t headerSize = std::size_t{packet[0] & 0x0FU} * 4;
     const std::size_t size = u16At(packet, 2);
     if (headerSize < kIpHeaderSize || size < headerSize + kUdpHeaderSize || size > packet.size())
         return std::nullopt;
