@@ -17,6 +17,7 @@ public:
     void addUndecodable() { ++mUndecodable; }
 
     std::uint64_t records() const { return mRecords; }
+    std::uint64_t undecodable() const { return mUndecodable; }
 
     /// Records and rate, "40 records, 20.0 a second", and how many datagrams were no record.
     QString summary() const;

@@ -47,7 +47,6 @@ struct Heard
 {
     std::uint16_t port = 0;
     StreamTally tally;
-    std::uint64_t undecodable = 0;
     std::set<std::uint32_t> senders;
 };
 
@@ -97,7 +96,7 @@ HeardOnStreams listen(const cli::StreamPorts& ports)
         if (isRecord(datagram))
             stream.tally.addRecord(datagram.arrival);
         else
-            ++stream.undecodable;
+            stream.tally.addUndecodable();
     });
     return heard;
 }
@@ -174,10 +173,11 @@ void checkStream(const Heard& heard, Findings& findings)
     else
         findings.fine(QStringLiteral("%1 on %2 from %3")
                           .arg(heard.tally.summary(), where, sendersText(heard.senders)));
-    if (heard.tally.records() > 0 && heard.undecodable > 0)
-        findings.problem(
-            QStringLiteral("%1 datagrams on %2 are no records").arg(heard.undecodable).arg(where),
-            QStringLiteral("look who else sends to this port"));
+    if (heard.tally.records() > 0 && heard.tally.undecodable() > 0)
+        findings.problem(QStringLiteral("%1 datagrams on %2 are no records")
+                             .arg(heard.tally.undecodable())
+                             .arg(where),
+                         QStringLiteral("look who else sends to this port"));
 }
 
 // Control port first: its questions take no time where all is well.

@@ -2,6 +2,7 @@
 #include "tests/support/SimulatorProcess.h"
 #include "tests/tools/tarvioctl/CtlProcess.h"
 
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <chrono>
@@ -79,13 +80,7 @@ private slots:
     void whatIsNoRecordIsTold()
     {
         const SimulatorProcess ecu(ecuArguments() + QStringList{"--streams", "off"});
-        const std::jthread stranger([port = mReceivePort](const std::stop_token& stop) {
-            LoopbackPeer peer;
-            while (!stop.stop_requested()) {
-                peer.sendTo(port, {1, 2, 3});
-                std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            }
-        });
+        const std::jthread stranger = sendsNonsense();
         const CtlResult result = doctor(ecu.controlPort());
         QVERIFY2(hasProblem(result, QStringLiteral("what arrives on port %1 from 127.0.0.1 is no "
                                                    "record")
@@ -93,7 +88,34 @@ private slots:
                  qPrintable(result.output));
     }
 
+    void nonsenseAmongRecordsIsToldBesideThem()
+    {
+        const SimulatorProcess ecu(ecuArguments());
+        const std::jthread stranger = sendsNonsense();
+        const CtlResult result = doctor(ecu.controlPort());
+        QCOMPARE(result.exitStatus, 1);
+        const QRegularExpression problem(
+            QStringLiteral("PROBLEM  [1-9][0-9]* datagrams on port %1 are no records")
+                .arg(mReceivePort));
+        QVERIFY2(problem.match(result.output).hasMatch(), qPrintable(result.output));
+        QVERIFY(!result.output.contains(QStringLiteral(", 0 datagrams that cannot be decoded on "
+                                                       "port %1 ")
+                                            .arg(mReceivePort)));
+    }
+
 private:
+    // To the port of the measurements, as long as the thread lives.
+    std::jthread sendsNonsense() const
+    {
+        return std::jthread([port = mReceivePort](const std::stop_token& stop) {
+            LoopbackPeer peer;
+            while (!stop.stop_requested()) {
+                peer.sendTo(port, {1, 2, 3});
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            }
+        });
+    }
+
     QStringList ecuArguments() const
     {
         return {"--receive-port", QString::number(mReceivePort), "--fsp-port",
