@@ -4,8 +4,8 @@
 
 namespace cli {
 
-/// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal. One object a process; without effect where there are
-/// no such signals.
+/// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal. One object a process; without effect where
+/// there are no such signals.
 class TerminationSignals : public QObject
 {
     Q_OBJECT
