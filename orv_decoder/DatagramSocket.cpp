@@ -218,12 +218,13 @@ std::optional<std::size_t> DatagramSocket::receive(std::span<std::uint8_t> buffe
                                                    Ipv4Endpoint* sender)
 {
     sockaddr_in from{};
+    NativeLength fromSize = sizeof from;
+    // An address that nobody asks for is not copied.
+    auto* address = sender ? reinterpret_cast<sockaddr*>(&from) : nullptr;
     const auto receiveOnce = [&] {
-        NativeLength fromSize = sizeof from;
-        return ::recvfrom(static_cast<NativeSocket>(mHandle),
-                          reinterpret_cast<char*>(buffer.data()),
-                          static_cast<NativeSize>(buffer.size()), 0,
-                          reinterpret_cast<sockaddr*>(&from), &fromSize);
+        return ::recvfrom(
+            static_cast<NativeSocket>(mHandle), reinterpret_cast<char*>(buffer.data()),
+            static_cast<NativeSize>(buffer.size()), 0, address, sender ? &fromSize : nullptr);
     };
     auto count = receiveOnce();
     while (count < 0 && wasInterrupted())

@@ -54,6 +54,19 @@ class RatioTable(unittest.TestCase):
         former, later = ([result(row, each) for row in rows] for each in figures)
         self.assertEqual([each.ratio for each in ratio_table.better_of(former, later)], [0.5, 1.0])
 
+    def test_miss_on_a_machine_that_was_taken_away_is_told_and_fails_nothing(self):
+        figures = {"paint/800/iterations:5": 400, "byHand": 200}
+        disturbed = ratio_table.result(ratio_table.row(ROW), figures, stolen=0.05)
+        self.assertFalse(disturbed.fails)
+        self.assertIn("5% of the machine was taken away", disturbed.verdict)
+        self.assertTrue(ratio_table.result(ratio_table.row(ROW), figures, stolen=0.01).fails)
+
+    def test_stolen_share_is_the_eighth_column(self):
+        self.assertEqual(ratio_table.stolen_share("cpu  10 0 10 70 0 0 0 10 0 0\n",
+                                                  "cpu  20 0 20 140 0 0 0 20 0 0\ncpu0"), 0.1)
+        self.assertEqual(ratio_table.stolen_share("cpu  1 1 1 1 1 1 1 1\n", "cpu  1 1 1 1 1 1 1 1\n"),
+                         0.0)
+
     def test_reference_of_nothing_is_never_met(self):
         each = result(ROW, {"paint/800/iterations:5": 0, "byHand": 0})
         self.assertTrue(each.fails)
