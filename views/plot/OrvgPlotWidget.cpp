@@ -1,7 +1,6 @@
 #include "views/plot/OrvgPlotWidget.h"
 
 #include "ecu/store/safe_file.h"
-#include "views/plot/circle_rows.h"
 
 #include <QBuffer>
 #include <QMessageBox>
@@ -9,13 +8,13 @@
 #include <QtMath>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
 constexpr QColor kBackground(50, 55, 50);
 constexpr int kMarkRadius = 5;
 constexpr int kVertexRadius = 2;
-constexpr int kSampleRadius = 1;
 constexpr int kDotPeriod = 3; // of a dotted pen, in widths of the pen
 
 void drawCircle(QPainter& painter, QPoint center, int radius)
@@ -101,34 +100,35 @@ void OrvgPlotWidget::resizeEvent(QResizeEvent*)
 
 void OrvgPlotWidget::paintEvent(QPaintEvent*)
 {
-    if (mBackground.isNull() || mBackground.devicePixelRatioF() != devicePixelRatioF()) {
+    if (mPicture.isNull() || mPicture.devicePixelRatio() != devicePixelRatioF()) {
         rebuildBackground();
         mIsStale = true;
     }
-    if (mIsStale)
-        rebuildSamples();
-    QPainter painter(this);
-    painter.drawPixmap(0, 0, mBackground);
-    paintSamples(painter);
+    if (std::exchange(mIsStale, false))
+        mPicture.show(sticks());
+    QPainter(this).drawPixmap(0, 0, mPicture.pixmap());
 }
 
 // Dotted lines and circles take longer than all the rest, so they are not drawn with each result.
 void OrvgPlotWidget::invalidateBackground()
 {
-    mBackground = {};
+    mPicture.clear();
     update();
 }
 
 void OrvgPlotWidget::rebuildBackground()
 {
     const qreal ratio = devicePixelRatioF();
-    mBackground = QPixmap(qCeil(width() * ratio), qCeil(height() * ratio));
-    mBackground.setDevicePixelRatio(ratio);
-    mBackground.fill(kBackground);
-    QPainter painter(&mBackground);
-    paintGrid(painter);
-    if (mThresholdsShown)
-        paintThresholds(painter);
+    QPixmap background(qCeil(width() * ratio), qCeil(height() * ratio));
+    background.setDevicePixelRatio(ratio);
+    background.fill(kBackground);
+    {
+        QPainter painter(&background);
+        paintGrid(painter);
+        if (mThresholdsShown)
+            paintThresholds(painter);
+    }
+    mPicture.setBackground(background);
 }
 
 void OrvgPlotWidget::paintGrid(QPainter& painter) const
@@ -173,37 +173,13 @@ void OrvgPlotWidget::invalidateSamples()
     update();
 }
 
-void OrvgPlotWidget::rebuildSamples()
+std::vector<Stick> OrvgPlotWidget::sticks() const
 {
-    mIsStale = false;
-    mSampleRects.clear();
-    const std::vector<QRect> circle = circleRows(kSampleRadius, devicePixelRatioF());
-    bool isFirst = true;
-    for (const QPoint& point : geometryInPixels().samplePoints(mSamples, mShownValue)) {
-        // A stick of one pixel stays a dot on the bottom line, unless it is the first.
-        const bool hasCircle = isFirst || point.y() != height() - 1;
-        addStick(point, hasCircle ? circle : std::vector<QRect>());
-        isFirst = false;
-    }
-}
-
-void OrvgPlotWidget::addStick(const QPoint& point, const std::vector<QRect>& circle)
-{
-    const qreal ratio = devicePixelRatioF();
-    const QPoint top(qRound(point.x() * ratio), qRound(point.y() * ratio));
-    mSampleRects.emplace_back(top, QSize(qRound(ratio), qRound(height() * ratio) - top.y()));
-    for (const QRect& row : circle)
-        mSampleRects.push_back(row.translated(top));
-}
-
-void OrvgPlotWidget::paintSamples(QPainter& painter) const
-{
-    const qreal ratio = devicePixelRatioF();
-    painter.scale(1 / ratio, 1 / ratio);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::yellow);
-    // Rectangles take a tenth of the time of lines.
-    painter.drawRects(mSampleRects.data(), static_cast<int>(mSampleRects.size()));
+    std::vector<Stick> sticks;
+    // A stick of one pixel stays a dot on the bottom line, unless it is the first.
+    for (const QPoint& point : geometryInPixels().samplePoints(mSamples, mShownValue))
+        sticks.push_back({.top = point, .hasCircle = sticks.empty() || point.y() != height() - 1});
+    return sticks;
 }
 
 PlotGeometry OrvgPlotWidget::geometryInPixels() const

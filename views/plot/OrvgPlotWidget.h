@@ -4,10 +4,9 @@
 #include "orv_decoder/OrvMeasurementResult.h"
 #include "orv_decoder/SensorThreshold.h"
 #include "views/plot/PlotGeometry.h"
+#include "views/plot/StickPicture.h"
 
 #include <QColor>
-#include <QPixmap>
-#include <QRect>
 #include <QWidget>
 
 #include <vector>
@@ -62,9 +61,7 @@ private:
     void paintThresholds(QPainter& painter) const;
 
     void invalidateSamples();
-    void rebuildSamples();
-    void addStick(const QPoint& point, const std::vector<QRect>& circle);
-    void paintSamples(QPainter& painter) const;
+    std::vector<Stick> sticks() const;
 
     PlotGeometry geometryInPixels() const;
 
@@ -75,8 +72,6 @@ private:
     int mMarkedColumn = -1;
     bool mThresholdsShown = false;
 
-    // What is painted, for the current size and pixel ratio.
-    QPixmap mBackground; // with grid and thresholds
-    bool mIsStale = true;
-    std::vector<QRect> mSampleRects; // in device pixels
+    StickPicture mPicture; // on grid and thresholds; null when one of them has changed
+    bool mIsStale = true;  // the samples have changed
 };

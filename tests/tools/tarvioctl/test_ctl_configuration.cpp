@@ -21,6 +21,7 @@ private slots:
     void onlyTheNamedPartsAreRead();
     void readWithoutAnswerLeavesTheFormerFile();
     void readToNowhereIsOneSentence();
+    void fullDiskLeavesTheFormerFile();
     void networkAloneNeedsNoEcu();
 
     void writeTellsEachPart();
@@ -122,6 +123,20 @@ void TestCtlConfiguration::readToNowhereIsOneSentence()
     QCOMPARE(result.exitStatus, 1);
     QVERIFY(result.errorOutput.contains(QStringLiteral("choose another place")));
     QCOMPARE(result.errorOutput.count(QLatin1Char('\n')), 1);
+}
+
+void TestCtlConfiguration::fullDiskLeavesTheFormerFile()
+{
+    save("a.orv", "former");
+    CtlResult result;
+    {
+        const FullDisk disk(512);
+        result = ctl({"read", file("a.orv")});
+    }
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errorOutput.startsWith(QStringLiteral("Cannot write ")),
+             qPrintable(result.errorOutput));
+    QCOMPARE(bytesOf("a.orv"), QByteArray("former"));
 }
 
 void TestCtlConfiguration::networkAloneNeedsNoEcu()

@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QtTest>
 
+#include <random>
+
 namespace {
 
 std::vector<orv::OrvSensorEcho> echoes()
@@ -14,6 +16,16 @@ std::vector<orv::OrvSensorEcho> echoes()
         all.push_back({.magnitude = static_cast<std::uint8_t>(number % 16),
                        .timeOfFlight = static_cast<std::uint16_t>(1 + 100 * number)});
     return all;
+}
+
+// At a few of many times, some of them beside each other, from the bottom to the top.
+std::vector<orv::OrvSensorEcho> someEchoes(std::mt19937& random)
+{
+    std::vector<orv::OrvSensorEcho> some(random() % 10);
+    for (orv::OrvSensorEcho& echo : some)
+        echo = {.magnitude = static_cast<std::uint8_t>(random() % 16),
+                .timeOfFlight = static_cast<std::uint16_t>(1 + 40 * (random() % 760))};
+    return some;
 }
 
 // With each stick's top drawn as the circle that it is.
@@ -63,6 +75,34 @@ private slots:
         }
         plot.addData(echoes());
         QCOMPARE(plot.grab().toImage(), byHand.toImage());
+    }
+
+    // Only what changes is painted anew.
+    void pictureThatFollowsEveryChangeIsThatOfANewPlot()
+    {
+        std::mt19937 random(1);
+        OrvgPlotWidget plot;
+        std::vector<std::vector<orv::OrvSensorEcho>> results;
+        bool isMaximum = true;
+        for (int round = 0; round < 120; ++round) {
+            if (round % 50 == 49) {
+                plot.resetData();
+                results.clear();
+            }
+            if (round % 15 == 14) {
+                isMaximum = !isMaximum;
+                plot.setMaximumMode(isMaximum);
+            }
+            results.push_back(someEchoes(random));
+            plot.addData(results.back());
+
+            OrvgPlotWidget fresh;
+            fresh.setMaximumMode(isMaximum);
+            for (const auto& result : results)
+                fresh.addData(result);
+            QVERIFY2(plot.grab().toImage() == fresh.grab().toImage(),
+                     qPrintable(QStringLiteral("round %1").arg(round)));
+        }
     }
 
     void rowsOfTheSmallestCircleAreAPlus()
