@@ -19,6 +19,7 @@ private slots:
     void everyPositionIsSwept();
     void thresholdsAreAsBefore();
     void interruptionGivesTheThresholdsBack();
+    void thresholdsThatCannotBeGivenBackAreTold();
     void ecuWithoutStreamIsTold();
     void refusedThresholdsEndItBeforeItBegins();
     void portInUseIsTold();
@@ -122,6 +123,20 @@ void TestCtlEnvelope::interruptionGivesTheThresholdsBack()
     QCOMPARE(result.errorOutput,
              QStringLiteral("Interrupted: nothing is saved, the thresholds are as before.\n"));
     QVERIFY(thresholds() == before);
+    QVERIFY(!QFile::exists(file()));
+}
+
+void TestCtlEnvelope::thresholdsThatCannotBeGivenBackAreTold()
+{
+    startEcu({"--rate", "20"});
+    CtlProcess process(command(file()) + QStringList{"--timeout", "50"});
+    QVERIFY(mSimulator->waitForOutput(QStringLiteral("write for this run thresholds")));
+    mSimulator->stop();
+    const CtlResult result = process.waitForEnd();
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errorOutput.startsWith(
+                 QStringLiteral("The thresholds of sensor 4 could not be given back (socket: ")),
+             qPrintable(result.errorOutput));
     QVERIFY(!QFile::exists(file()));
 }
 
