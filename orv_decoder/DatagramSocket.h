@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -19,11 +20,12 @@ struct Ipv4Endpoint
 /// library may send to.
 Ipv4Endpoint ipv4Endpoint(const std::string& address, std::uint16_t port);
 
-/// One IPv4 UDP socket of the operating system, the only place that knows Winsock from BSD
-/// sockets. Its descriptor is released when the object ends.
+/// One IPv4 UDP socket of the operating system. Its descriptor is released when the object ends.
 class DatagramSocket
 {
 public:
+    using Clock = std::chrono::steady_clock;
+
     DatagramSocket() = default;
     ~DatagramSocket();
     DatagramSocket(const DatagramSocket&) = delete;
@@ -35,6 +37,8 @@ public:
     bool create();
     void close();
     bool setReuseAddress();
+
+    /// Fails while somebody else has the port, unless both have asked for address reuse.
     bool bindToAnyAddress(std::uint16_t port);
 
     /// What the system says about a call that has just failed.
@@ -49,9 +53,16 @@ public:
     std::optional<std::size_t> receive(std::span<std::uint8_t> buffer,
                                        Ipv4Endpoint* sender = nullptr);
 
+    /// As receive(), but goes on waiting until `deadline` when something that is neither a datagram
+    /// nor the time-out ends the wait: a signal, or word that nobody holds the port that an earlier
+    /// datagram went to.
+    std::optional<std::size_t> receiveUntil(Clock::time_point deadline,
+                                            std::span<std::uint8_t> buffer);
+
     /// True as soon as a datagram waits; false when none came within `timeoutMs`, where 0 only
     /// looks, and without a socket.
     bool waitForDatagram(std::uint32_t timeoutMs) const;
+    bool waitUntil(Clock::time_point deadline) const;
 
     /// False unless the whole datagram went out.
     bool send(std::span<const std::uint8_t> datagram, const Ipv4Endpoint& destination);
@@ -63,8 +74,11 @@ private:
     // Wide enough for a SOCKET as well as for a file descriptor.
     static constexpr std::intptr_t kNoSocket = -1;
 
+    std::optional<std::size_t> receiveOnce(std::span<std::uint8_t> buffer, Ipv4Endpoint* sender);
+
     std::intptr_t mHandle = kNoSocket;
     bool mStarted = false;
+    bool mSharesAddress = false;
 };
 
 } // namespace orv

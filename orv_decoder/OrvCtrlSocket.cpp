@@ -64,18 +64,13 @@ bool OrvCtrlSocket::sendReceive(std::vector<std::uint8_t>& buffer)
 
 bool OrvCtrlSocket::receiveAnother(std::vector<std::uint8_t>& buffer)
 {
-    using std::chrono::milliseconds;
-    const auto left = std::chrono::ceil<milliseconds>(mReplyDeadline - Clock::now());
-    if (left > milliseconds::zero() &&
-        mSocket.waitForDatagram(static_cast<std::uint32_t>(left.count())))
-        return receive(buffer);
-    return endWait(buffer);
+    return mSocket.waitUntil(mReplyDeadline) ? receive(buffer) : endWait(buffer);
 }
 
 bool OrvCtrlSocket::receive(std::vector<std::uint8_t>& buffer)
 {
     buffer.resize(kMaxDatagramSize);
-    const auto received = mSocket.receive(buffer);
+    const auto received = mSocket.receiveUntil(mReplyDeadline, buffer);
     if (!received)
         return endWait(buffer);
     buffer.resize(*received);

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <poll.h>
@@ -31,6 +32,7 @@ struct System
     int failingOption = -1;
     bool isFlooded = false; // a datagram is waiting whenever one is asked for
     bool isFloodOver = false;
+    int interruptedReceives = 0; // the next ones end by a signal
     Clock::time_point floodStart = Clock::now();
     std::vector<std::uint32_t> receiveTimeoutsMs;
     std::vector<int> waitsMs; // of each look for a datagram
@@ -79,6 +81,11 @@ extern "C" int poll(pollfd* entries, nfds_t count, int timeoutMs)
 extern "C" ssize_t recvfrom(int handle, void* buffer, size_t length, int flags, sockaddr* sender,
                             socklen_t* senderSize)
 {
+    if (fakeSystem.interruptedReceives > 0) {
+        --fakeSystem.interruptedReceives;
+        errno = EINTR;
+        return -1;
+    }
     if (fakeSystem.isFlooded)
         return receiveFromFlood(buffer);
     return ::syscall(SYS_recvfrom, handle, buffer, length, flags, sender, senderSize);
@@ -99,6 +106,7 @@ protected:
 };
 
 using ControlDrain = SocketFailure;
+using Interruption = SocketFailure;
 
 TEST_F(SocketFailure, streamSocketCannotBeCreated)
 {
@@ -156,6 +164,39 @@ TEST_F(SocketFailure, controlSocketWithoutItsTimeoutSaysSo)
     EXPECT_FALSE(socket.setReceiveTimeout(100));
     EXPECT_FALSE(socket.applyReceiveTimeout());
     EXPECT_EQ(socket.lastError(), "");
+}
+
+TEST_F(Interruption, doesNotEndTheWaitForAReply)
+{
+    orv::DatagramSocket socket;
+    ASSERT_TRUE(socket.create() && socket.bindToAnyAddress(mPort));
+    LoopbackPeer().sendTo(mPort, {7});
+    fakeSystem.interruptedReceives = 3;
+    Bytes buffer(4);
+    EXPECT_EQ(socket.receiveUntil(Clock::now() + std::chrono::seconds(5), buffer), 1U);
+    EXPECT_EQ(buffer.front(), 7);
+}
+
+TEST_F(Interruption, withoutEndDoesNotLengthenTheWait)
+{
+    orv::OrvCtrlSocket socket("127.0.0.1", mPort);
+    socket.setReceiveTimeout(20);
+    fakeSystem.interruptedReceives = 1'000'000'000;
+    Bytes buffer = {1};
+    EXPECT_FALSE(socket.sendReceive(buffer));
+    EXPECT_EQ(socket.lastError(), "receive timeout");
+    EXPECT_GT(fakeSystem.interruptedReceives, 0);
+}
+
+TEST_F(Interruption, doesNotEndTheWaitForAStream)
+{
+    orv::OrvUdpSocket socket(mPort);
+    ASSERT_TRUE(socket.open());
+    LoopbackPeer().sendTo(mPort, {7});
+    fakeSystem.interruptedReceives = 3;
+    Bytes datagram;
+    EXPECT_TRUE(socket.receive(datagram, 5000));
+    EXPECT_EQ(datagram, Bytes{7});
 }
 
 TEST_F(ControlDrain, waitsForLateRepliesBeforeTheFirstRequestAndAfterATimeout)

@@ -1,12 +1,9 @@
 #include "tests/support/LoopbackPeer.h"
 
-#include <arpa/inet.h>
+#include "tests/support/native_sockets.h"
+
 #include <array>
-#include <netinet/in.h>
-#include <poll.h>
 #include <stdexcept>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace {
 
@@ -21,11 +18,12 @@ sockaddr_in loopback(std::uint16_t port)
 
 } // namespace
 
-LoopbackPeer::LoopbackPeer() : mHandle(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))
+LoopbackPeer::LoopbackPeer() : mHandle(native::openDatagramSocket())
 {
     sockaddr_in address = loopback(0);
-    socklen_t size = sizeof address;
-    if (mHandle < 0 || ::bind(mHandle, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+    native::Length size = sizeof address;
+    if (!native::isOpen(mHandle) ||
+        ::bind(mHandle, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
         ::getsockname(mHandle, reinterpret_cast<sockaddr*>(&address), &size) != 0)
         throw std::runtime_error("no loopback socket");
     mPort = ntohs(address.sin_port);
@@ -33,15 +31,16 @@ LoopbackPeer::LoopbackPeer() : mHandle(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEX
 
 LoopbackPeer::~LoopbackPeer()
 {
-    ::close(mHandle);
+    native::close(mHandle);
 }
 
 void LoopbackPeer::sendTo(std::uint16_t port, const std::vector<std::uint8_t>& datagram)
 {
     const sockaddr_in address = loopback(port);
-    const auto sent = ::sendto(mHandle, datagram.data(), datagram.size(), 0,
+    const auto sent = ::sendto(mHandle, reinterpret_cast<const char*>(datagram.data()),
+                               static_cast<native::Size>(datagram.size()), 0,
                                reinterpret_cast<const sockaddr*>(&address), sizeof address);
-    if (sent != static_cast<ssize_t>(datagram.size()))
+    if (sent < 0 || static_cast<std::size_t>(sent) != datagram.size())
         throw std::runtime_error("loopback send failed");
 }
 
@@ -52,13 +51,13 @@ void LoopbackPeer::reply(const std::vector<std::uint8_t>& datagram)
 
 std::optional<std::vector<std::uint8_t>> LoopbackPeer::receive(int timeoutMs)
 {
-    pollfd waiting{.fd = mHandle, .events = POLLIN, .revents = 0};
-    if (::poll(&waiting, 1, timeoutMs) != 1)
+    if (!native::isReadable(mHandle, timeoutMs))
         return std::nullopt;
     std::array<std::uint8_t, 65536> buffer;
     sockaddr_in sender{};
-    socklen_t size = sizeof sender;
-    const auto received = ::recvfrom(mHandle, buffer.data(), buffer.size(), 0,
+    native::Length size = sizeof sender;
+    const auto received = ::recvfrom(mHandle, reinterpret_cast<char*>(buffer.data()),
+                                     static_cast<native::Size>(buffer.size()), 0,
                                      reinterpret_cast<sockaddr*>(&sender), &size);
     if (received < 0)
         return std::nullopt;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/native_sockets.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -27,7 +29,7 @@ public:
     std::optional<std::vector<std::uint8_t>> receive(int timeoutMs);
 
 private:
-    int mHandle = -1;
+    native::Socket mHandle;
     std::uint16_t mPort = 0;
     std::uint16_t mLastSenderPort = 0;
 };
