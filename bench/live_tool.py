@@ -50,29 +50,66 @@ def network_store(profile, control=46001, receive=46002, fsp=46003):
 
 
 class Tool:
-    """Tarvio against a simulated ECU that only answers, with settings of its own, capture on."""
+    """Tarvio against a simulated ECU, with settings of its own, capture on."""
 
-    def __init__(self, build, size=None):
-        """Its window is as large as it opens, or of the given size."""
+    def __init__(self, build, size=None, streaming=("--streams", "off")):
+        """Its window is as large as it opens, or of the given size. Unless its options say
+        otherwise, the ECU only answers."""
         self.ports = [programs.free_port() for _ in range(3)]
-        self.ecu = programs.Simulator(build / "tools/ecu_simulator/tarvio-ecu-simulator",
-                                      *self.ports, "--streams", "off")
+        self._ecu_command = [build / "tools/ecu_simulator/tarvio-ecu-simulator", *self.ports,
+                             *streaming]
+        self.ecu = programs.Simulator(*self._ecu_command)
         self._profile = tempfile.TemporaryDirectory()
         network_store(self._profile.name, *self.ports)
         self.tarvio = programs.Program([build / "app/tarvio"],
-                                       {"XDG_CONFIG_HOME": self._profile.name})
-        self._window = subprocess.run(
-            ["xdotool", "search", "--sync", "--onlyvisible", "--name", "^Tarvio$"],
-            stdout=subprocess.PIPE, text=True, check=True).stdout.split()[0]
+                                       {"XDG_CONFIG_HOME": self._profile.name,
+                                        "XDG_RUNTIME_DIR": self._profile.name})
+        self._window = self._windows("--sync", "--name", "^Tarvio$")[0]
         self._do("windowmove", self._window, "0", "0")
         if size:
             self._do("windowsize", "--sync", self._window, *map(str, size))
         self._do("windowfocus", "--sync", self._window)
         time.sleep(1)
-        self._do("key", "alt+c")
-        time.sleep(0.5)
-        self._do("key", "c")
-        time.sleep(0.5)
+        self.toggle_capture()
+
+    @property
+    def window(self):
+        """The main window's number."""
+        return int(self._window)
+
+    def toggle_capture(self):
+        self._choose("c")
+
+    def read_all(self):
+        """Reads the whole configuration, says yes to the question, and closes what is told."""
+        self._choose("Down", "Return")
+        self._answer_dialogs("Return")
+        time.sleep(1)
+        self._answer_dialogs("Escape")
+
+    def restart_ecu(self):
+        self.ecu.stop()
+        self.ecu = programs.Simulator(*self._ecu_command)
+
+    def _choose(self, *keys):
+        """An action of the ECU menu."""
+        self._do("windowfocus", "--sync", self._window)
+        for key in ("alt+c", *keys):
+            self._do("key", key)
+            time.sleep(0.5)
+
+    def _answer_dialogs(self, key):
+        for window in self._windows("--class", "tarvio"):
+            if window != self._window:
+                # Such a window may be gone by itself meanwhile.
+                subprocess.run(["xdotool", "windowfocus", window, "key", key],
+                               stderr=subprocess.DEVNULL, check=False)
+                time.sleep(0.3)
+
+    @staticmethod
+    def _windows(*criteria):
+        return subprocess.run(["xdotool", "search", "--onlyvisible", *criteria],
+                              stdout=subprocess.PIPE, text=True, check=True).stdout.split()
 
     @staticmethod
     def _do(*arguments):

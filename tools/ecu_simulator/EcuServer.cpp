@@ -137,7 +137,8 @@ void EcuServer::sendStream(StreamFaults& faults, Datagram datagram, quint16 port
     if (port == 0)
         return;
     const QHostAddress host = hostAddress(mNetwork.hostIp);
-    for (const Datagram& sent : faults.apply(std::move(datagram)))
+    const auto faulty = faults.apply(std::move(datagram));
+    for (const Datagram& sent : faulty)
         mStreamSocket.writeDatagram(toByteArray(sent), host, port);
 }
 
