@@ -32,9 +32,13 @@ private slots:
     void dryRunTellsAndWritesNothing();
     void verifyReadsBack();
     void interruptedWriteIsFinished();
+    void interruptedReadingBackLeavesWhatWasTold();
     void ecuThatDiesInTheMiddleIsTold();
 
+    void errorStandsBelowWhatWasPrinted();
+
     void diffTellsAndSaysSoInItsStatus();
+    void diffOfNothingIsNoAgreement();
     void diffOfTwoFilesNeedsNoEcu();
     void partThatOneFileLacksIsADifference();
     void unknownPartIsWrongUsage();
@@ -156,7 +160,8 @@ void TestCtlConfiguration::writeTellsEachPart()
     QCOMPARE(result.output, QStringLiteral("thresholds: written\nmeasurement sequence: written\n"
                                            "sensor positions: written\n"));
     QCOMPARE(ctl({"write", file("a.orv"), "--only", "positions"}).output,
-             QStringLiteral("sensor positions: written\n"));
+             QStringLiteral("sensor positions: written\nthresholds: left as it was\n"
+                            "measurement sequence: left as it was\n"));
 }
 
 void TestCtlConfiguration::refusedPartIsToldAndTheOthersAreWritten()
@@ -181,7 +186,9 @@ void TestCtlConfiguration::brokenFileIsNotWrittenAtAll_data()
     QTest::newRow("one section wrong")
         << QByteArray("<OrvgProject><MSEQ/><MountPositions/></OrvgProject>")
         << "MountPositions: Invalid data format of sensor positions";
-    QTest::newRow("cut short") << QByteArray("<OrvgProject><MSEQ/>") << "no whole settings file";
+    QTest::newRow("cut short")
+        << QByteArray("<OrvgProject><MSEQ/>")
+        << "no whole settings file (Premature end of document): export it anew.";
     QTest::newRow("empty") << QByteArray() << "invalid xml file";
     QTest::newRow("nothing for the ECU")
         << QByteArray("<OrvgProject><Network/></OrvgProject>") << "holds nothing";
@@ -246,6 +253,19 @@ void TestCtlConfiguration::interruptedWriteIsFinished()
     QVERIFY(mEcu->read() == configurationOfSeed(1));
 }
 
+void TestCtlConfiguration::interruptedReadingBackLeavesWhatWasTold()
+{
+    ctl({"read", file("a.orv")});
+    startEcu({"--delay-replies", "1", "--delay-ms", "60"});
+    CtlProcess process(QStringList{"write", file("a.orv"), "--verify"} +
+                       ecuOptions(mSimulator->controlPort()));
+    QVERIFY(process.waitForOutput(QStringLiteral("sensor positions: written\n")));
+    process.interrupt();
+    const CtlResult result = process.waitForEnd();
+    QCOMPARE(result.exitStatus, -1); // by the signal
+    QVERIFY(!result.output.contains(QStringLiteral("verified")));
+}
+
 void TestCtlConfiguration::ecuThatDiesInTheMiddleIsTold()
 {
     ctl({"read", file("a.orv")});
@@ -258,6 +278,33 @@ void TestCtlConfiguration::ecuThatDiesInTheMiddleIsTold()
     QCOMPARE(result.exitStatus, 1);
     QVERIFY(result.output.startsWith(QStringLiteral("thresholds: NOT written (socket: ")));
     QCOMPARE(result.errorOutput.count(QLatin1Char('\n')), 1);
+}
+
+void TestCtlConfiguration::errorStandsBelowWhatWasPrinted()
+{
+    ctl({"read", file("a.orv")});
+    startEcu({"--status", "0=7"});
+    const CtlResult result = CtlProcess::runIntoOneStream(QStringList{"write", file("a.orv")} +
+                                                          ecuOptions(mSimulator->controlPort()));
+    QVERIFY2(result.output.endsWith(QStringLiteral("look with \"tarvioctl diff\".\n")),
+             qPrintable(result.output));
+    QVERIFY(result.output.startsWith(QStringLiteral("thresholds: written\n")));
+}
+
+void TestCtlConfiguration::diffOfNothingIsNoAgreement()
+{
+    ctl({"read", file("a.orv"), "--only", "network"});
+    ctl({"read", file("b.orv"), "--only", "positions"});
+    for (const QStringList& arguments :
+         {QStringList{file("a.orv")}, QStringList{file("a.orv"), file("a.orv")},
+          QStringList{file("b.orv"), "--only", "sequence"}}) {
+        const CtlResult result = ctl(QStringList{"diff"} + arguments);
+        QCOMPARE(result.exitStatus, 1);
+        QCOMPARE(result.output, QString());
+        QVERIFY2(result.errorOutput.contains(
+                     QStringLiteral("There is nothing that could be compared in ")),
+                 qPrintable(result.errorOutput));
+    }
 }
 
 void TestCtlConfiguration::diffTellsAndSaysSoInItsStatus()
