@@ -1,5 +1,6 @@
 #include "tests/support/EcuAccess.h"
 #include "tests/support/FullDisk.h"
+#include "tests/support/LoopbackEcu.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/TemporaryProfile.h"
@@ -31,6 +32,7 @@ private slots:
     void thresholdsOfSomeSensorsAreNotWritten();
     void dryRunTellsAndWritesNothing();
     void verifyReadsBack();
+    void ecuThatConfirmsButKeepsSomethingElseIsTold();
     void interruptedWriteIsFinished();
     void interruptedReadingBackLeavesWhatWasTold();
     void ecuThatDiesInTheMiddleIsTold();
@@ -239,6 +241,25 @@ void TestCtlConfiguration::verifyReadsBack()
     const CtlResult result = ctl({"write", file("a.orv"), "--verify"});
     QCOMPARE(result.exitStatus, 0);
     QVERIFY(result.output.endsWith(QStringLiteral("verified: the ECU holds what the file says\n")));
+}
+
+void TestCtlConfiguration::ecuThatConfirmsButKeepsSomethingElseIsTold()
+{
+    ctl({"read", file("a.orv"), "--only", "positions"});
+    LoopbackEcu forgetful;
+    forgetful.setHandler([](const orv::ControlRequest& request) {
+        const bool isRead = request.payload.at(0) == std::uint8_t(orv::ControlAccess::Read);
+        return orv::encodeReply(request.code,
+                                isRead ? orv::encodeMountPositions({}) : LoopbackEcu::Frame(), 0);
+    });
+    const CtlResult result = CtlProcess::run(QStringList{"write", file("a.orv"), "--verify"} +
+                                             ecuOptions(forgetful.port()));
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY(result.output.startsWith(QStringLiteral("sensor positions: written\n")));
+    QVERIFY(result.output.contains(QStringLiteral("sensor 12, x: 0 mm → ")));
+    QVERIFY(!result.output.contains(QStringLiteral("verified")));
+    QVERIFY(
+        result.errorOutput.startsWith(QStringLiteral("The ECU has confirmed the writing but ")));
 }
 
 void TestCtlConfiguration::interruptedWriteIsFinished()
