@@ -7,6 +7,7 @@
 #include <QSettings>
 
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -33,12 +34,12 @@ public:
 
     QString address(const QString& key) const { return completeAddress(value(key).toString()); }
 
-    std::uint16_t port(const QString& key, std::uint16_t otherwise, int minimum = kMinPort) const
+    std::optional<std::uint16_t> port(const QString& key, int minimum = kMinPort) const
     {
         bool isNumber = false;
         const int port = value(key).toInt(&isNumber);
         const bool isPort = isNumber && port >= minimum && port <= kMaxPort;
-        return isPort ? static_cast<std::uint16_t>(port) : otherwise;
+        return isPort ? std::optional(static_cast<std::uint16_t>(port)) : std::nullopt;
     }
 
 private:
@@ -59,9 +60,10 @@ ConnectionSettings connectionOf(const ValueReader& reader)
 {
     using namespace settings;
     return {.link = {.ecuIp = reader.address(kEcuIp),
-                     .controlPort = reader.port(kControlPort, kDefaultControlPort),
-                     .receivePort = reader.port(kReceivePort, kDefaultReceivePort),
-                     .freespacePort = reader.port(kFreespacePort, kDefaultFreespacePort, kNoPort)},
+                     .controlPort = reader.port(kControlPort).value_or(kDefaultControlPort),
+                     .receivePort = reader.port(kReceivePort).value_or(kDefaultReceivePort),
+                     .freespacePort =
+                         reader.port(kFreespacePort, kNoPort).value_or(kDefaultFreespacePort)},
             .ecuSubnet = reader.address(kEcuSubnet),
             .ecuGateway = reader.address(kEcuGateway),
             .hostIp = reader.address(kHostIp)};
@@ -86,6 +88,14 @@ void writeDefaultNetwork(QSettings& store)
 ConnectionSettings readConnection(const QSettings& store)
 {
     return connectionOf(ValueReader(store, ValueReader::First::InUse));
+}
+
+StoredPorts storedPorts(const QSettings& store)
+{
+    const ValueReader reader(store, ValueReader::First::InUse);
+    return {.hasControl = reader.port(kControlPort).has_value(),
+            .hasReceive = reader.port(kReceivePort).has_value(),
+            .hasFreespace = reader.port(kFreespacePort, kNoPort).has_value()};
 }
 
 bool hasImportedConnection(const QSettings& store)

@@ -26,6 +26,15 @@ void writeDefaultNetwork(QSettings& store);
 /// (freespace packages).
 ConnectionSettings readConnection(const QSettings& store);
 
+/// Which ports readConnection takes from the store; the others are its defaults.
+struct StoredPorts
+{
+    bool hasControl = false;
+    bool hasReceive = false;
+    bool hasFreespace = false;
+};
+StoredPorts storedPorts(const QSettings& store);
+
 /// True when values of a settings file wait to be accepted.
 bool hasImportedConnection(const QSettings& store);
 

@@ -134,6 +134,10 @@ private slots:
             "--sensors-missing takes a whole number from 1 to 12, not \",\".");
         row("--status 2", "--status takes CODE=STATUS, not \"2\".");
         row("--status 2=256", "--status takes a whole number from 0 to 255, not \"2=256\".");
+        row("--speed 2", "--speed needs a capture to play: give --replay FILE too.");
+        row("--loop", "--loop needs a capture to play: give --replay FILE too.");
+        row("--recorded-fsp-port 5", "--recorded-fsp-port needs a capture to play: give --replay "
+                                     "FILE too.");
         row("--what", "Unknown option 'what'.");
         row("--seed", "Missing value after '--seed'.");
         row("stray", "Unexpected argument \"stray\".");

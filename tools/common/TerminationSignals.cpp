@@ -3,6 +3,7 @@
 #ifdef Q_OS_UNIX
 #include <QSocketNotifier>
 
+#include <array>
 #include <csignal>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -27,23 +28,61 @@ void writeToHandlerEnd(int)
 
 } // namespace
 
+/// The handlers of the signals, and the pair that they write into.
+class TerminationSignals::Handlers
+{
+public:
+    explicit Handlers(const std::array<int, 2>& ends)
+        : mEnds(ends), mNotifier(ends[1], QSocketNotifier::Read)
+    {
+        handlerEnd = mEnds[0];
+        for (std::size_t index = 0; index < kSignals.size(); ++index)
+            mFormer[index] = std::signal(kSignals[index], writeToHandlerEnd);
+        if (mFormer.back() == SIG_IGN)
+            std::signal(SIGHUP, SIG_IGN);
+    }
+
+    ~Handlers()
+    {
+        for (std::size_t index = 0; index < kSignals.size(); ++index)
+            std::signal(kSignals[index], mFormer[index]);
+        mNotifier.setEnabled(false);
+        for (const int end : mEnds)
+            ::close(end);
+    }
+
+    Handlers(const Handlers&) = delete;
+    Handlers& operator=(const Handlers&) = delete;
+
+    const QSocketNotifier& notifier() const { return mNotifier; }
+
+private:
+    static constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
+
+    std::array<int, 2> mEnds;
+    QSocketNotifier mNotifier;
+    std::array<void (*)(int), kSignals.size()> mFormer{};
+};
+
 TerminationSignals::TerminationSignals(QObject* parent) : QObject(parent)
 {
-    int ends[2] = {-1, -1};
-    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0)
+    std::array<int, 2> ends{};
+    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) != 0)
         return;
-    handlerEnd = ends[0];
-    auto* notifier = new QSocketNotifier(ends[1], QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, &TerminationSignals::terminated);
-    std::signal(SIGINT, writeToHandlerEnd);
-    std::signal(SIGTERM, writeToHandlerEnd);
-    std::signal(SIGHUP, writeToHandlerEnd); // the terminal was closed
+    mHandlers = std::make_unique<Handlers>(ends);
+    connect(&mHandlers->notifier(), &QSocketNotifier::activated, this,
+            &TerminationSignals::terminated);
 }
 
 #else
 
+class TerminationSignals::Handlers
+{};
+
 TerminationSignals::TerminationSignals(QObject* parent) : QObject(parent) {}
 
 #endif
+
+TerminationSignals::~TerminationSignals() = default;
 
 } // namespace cli

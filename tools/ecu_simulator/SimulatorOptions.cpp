@@ -155,6 +155,22 @@ EcuBehaviour readBehaviour(const OptionReader& reader)
     return behaviour;
 }
 
+// What plays a capture means nothing without one.
+std::optional<cli::Playback> readReplay(const OptionReader& reader)
+{
+    if (reader.isSet("replay"))
+        return cli::readPlayback(reader, reader.text("replay"));
+    for (const QCommandLineOption& option : cli::playbackOptions()) {
+        const QString name = option.names().constFirst();
+        if (reader.isSet(name.toLatin1().constData()))
+            throw std::invalid_argument(
+                QStringLiteral("--%1 needs a capture to play: give --replay FILE too.")
+                    .arg(name)
+                    .toStdString());
+    }
+    return std::nullopt;
+}
+
 SimulatorOptions readOptions(const OptionReader& reader)
 {
     SimulatorOptions options;
@@ -168,8 +184,7 @@ SimulatorOptions readOptions(const OptionReader& reader)
     options.hasStreams = reader.choice<bool>(
         "streams", {{QStringLiteral("on"), true}, {QStringLiteral("off"), false}});
     options.isVerbose = reader.isSet("verbose");
-    if (reader.isSet("replay"))
-        options.playback = cli::readPlayback(reader, reader.text("replay"));
+    options.playback = readReplay(reader);
     options.behaviour = readBehaviour(reader);
     options.behaviour.hasClutter = options.scene == SceneKind::Car;
     options.replyFaults = readReplyFaults(reader);

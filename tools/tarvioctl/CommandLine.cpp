@@ -34,10 +34,26 @@ QString overview(const QVector<Command>& commands)
 void describe(QCommandLineParser& parser, const Command& command)
 {
     parser.setApplicationDescription(command.summary);
-    parser.addPositionalArgument(command.name, QString(), synopsisOf(command));
     parser.addHelpOption();
     parser.addOptions(command.options);
     parser.addOptions(EcuAddress::options());
+}
+
+// Qt's own first line knows of no command before the options.
+QString helpOf(const QCommandLineParser& parser, const Command& command)
+{
+    const QString help = parser.helpText().trimmed();
+    return QStringLiteral("Usage: %1 %2 [options]").arg(kProgram, synopsisOf(command)) +
+           help.mid(help.indexOf(QLatin1Char('\n')));
+}
+
+// Qt's sentence ends where it does not say what to do.
+QString withAdvice(QString sentence, const Command& command)
+{
+    if (sentence.endsWith(QLatin1Char('.')))
+        sentence.chop(1);
+    return QStringLiteral("%1: %2 %3 --help tells what there is.")
+        .arg(sentence, kProgram, command.name);
 }
 
 void checkCount(const Command& command, const QStringList& arguments)
@@ -52,9 +68,9 @@ ExitStatus runCommand(const Command& command, const QStringList& arguments, Cons
     QCommandLineParser parser;
     describe(parser, command);
     if (!parser.parse(arguments))
-        throw std::invalid_argument(parser.errorText().toStdString());
+        throw std::invalid_argument(withAdvice(parser.errorText(), command).toStdString());
     if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"))) {
-        console.print(parser.helpText().trimmed());
+        console.print(helpOf(parser, command));
         return ExitStatus::Done;
     }
     const QStringList given = parser.positionalArguments().mid(1);

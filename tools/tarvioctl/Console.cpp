@@ -40,6 +40,7 @@ void Console::print(const QString& line)
 
 void Console::flush()
 {
+    endProgress();
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         throw Refusal(QStringLiteral("Standard output takes no more; see what reads it."));
 }
@@ -47,6 +48,7 @@ void Console::flush()
 void Console::tell(const QString& line)
 {
     endProgress();
+    std::fflush(stdout); // what was printed before stands above it, where both go to one place
     write(stderr, line + QLatin1Char('\n'));
     std::fflush(stderr);
 }

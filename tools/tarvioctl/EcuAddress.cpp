@@ -6,6 +6,7 @@
 #include "tools/tarvioctl/Console.h"
 
 #include <QCommandLineParser>
+#include <QStringList>
 
 #include <stdexcept>
 
@@ -50,9 +51,17 @@ EcuAddress::EcuAddress(const QCommandLineParser& parser, Console& console)
     : mStore(settings::openStore(nullptr)), mConsole(console)
 {
     const cli::OptionReader reader(parser);
+    const auto originOf = [&reader](const char* option, bool isStored) {
+        if (reader.isSet(option))
+            return Origin::CommandLine;
+        return isStored ? Origin::Store : Origin::Default;
+    };
+    const settings::StoredPorts stored = settings::storedPorts(*mStore);
     mLink = withOptions(settings::readConnection(*mStore).link, reader);
-    mIsFromStore = !reader.isSet("ecu");
-    mArePortsFromStore = !reader.isSet("receive-port") || !reader.isSet("fsp-port");
+    mAddressOrigin = originOf("ecu", true);
+    mControlOrigin = originOf("control-port", stored.hasControl);
+    mReceiveOrigin = originOf("receive-port", stored.hasReceive);
+    mFreespaceOrigin = originOf("fsp-port", stored.hasFreespace);
     if (const std::optional<int> timeout = reader.wholeNumber("timeout", 1, kMaxTimeoutMs))
         mTimeoutMs = static_cast<std::uint32_t>(*timeout);
 }
@@ -61,28 +70,39 @@ LinkSettings EcuAddress::link() const
 {
     if (mLink.ecuIp.isEmpty())
         throw std::invalid_argument("Nobody has said where the ECU is: give --ecu ADDRESS.");
-    if (mIsFromStore)
-        mConsole.tell(QStringLiteral("ECU %1:%2, as stored by Tarvio.")
-                          .arg(mLink.ecuIp)
-                          .arg(mLink.controlPort));
+    tellOrigins({{QStringLiteral("ECU %1").arg(mLink.ecuIp), mAddressOrigin},
+                 {QStringLiteral("control port %1").arg(mLink.controlPort), mControlOrigin}});
     return mLink;
 }
 
 cli::StreamPorts EcuAddress::streamPorts() const
 {
-    if (mArePortsFromStore)
-        mConsole.tell(
-            QStringLiteral("Measurements on port %1, freespaces on %2, as stored by Tarvio.")
-                .arg(mLink.receivePort)
-                .arg(mLink.freespacePort == 0
-                         ? QStringLiteral("none")
-                         : QStringLiteral("port %1").arg(mLink.freespacePort)));
+    const QString freespacePort =
+        mLink.freespacePort == 0 ? QStringLiteral("none") : QString::number(mLink.freespacePort);
+    tellOrigins({{QStringLiteral("receive port %1").arg(mLink.receivePort), mReceiveOrigin},
+                 {QStringLiteral("freespace port %1").arg(freespacePort), mFreespaceOrigin}});
     return {.measurements = mLink.receivePort, .freespaces = mLink.freespacePort};
 }
 
 std::unique_ptr<EcuChannel> EcuAddress::openChannel() const
 {
     return std::make_unique<EcuChannel>(link(), mTimeoutMs);
+}
+
+void EcuAddress::tellOrigins(const QList<NamedValue>& values) const
+{
+    const auto tell = [&](Origin origin, const QString& whose) {
+        QStringList texts;
+        for (const NamedValue& value : values)
+            if (value.origin == origin)
+                texts += value.text;
+        if (texts.isEmpty())
+            return;
+        texts[0][0] = texts[0][0].toUpper();
+        mConsole.tell(QStringLiteral("%1, %2.").arg(texts.join(QStringLiteral(", ")), whose));
+    };
+    tell(Origin::Store, QStringLiteral("as stored by Tarvio"));
+    tell(Origin::Default, QStringLiteral("by default: Tarvio has stored nothing else"));
 }
 
 } // namespace tarvioctl

@@ -46,11 +46,11 @@ public:
     /// The store of the window, which a settings file's network section comes from.
     QSettings& store() const { return *mStore; }
 
-    /// Says on standard error what comes from the store. Throws std::invalid_argument when nobody
-    /// has said where the ECU is.
+    /// Says on standard error what the command line does not. Throws std::invalid_argument when
+    /// nobody has said where the ECU is.
     LinkSettings link() const;
 
-    /// The local ports of the live streams; says on standard error what comes from the store.
+    /// The local ports of the live streams; says on standard error what the command line does not.
     cli::StreamPorts streamPorts() const;
 
     /// A channel to the ECU of link().
@@ -59,11 +59,24 @@ public:
     std::optional<std::uint32_t> timeoutMs() const { return mTimeoutMs; }
 
 private:
+    /// Who has said what a value is.
+    enum class Origin { CommandLine, Store, Default };
+
+    struct NamedValue
+    {
+        QString text; ///< "control port 50002"
+        Origin origin;
+    };
+
+    void tellOrigins(const QList<NamedValue>& values) const;
+
     std::unique_ptr<QSettings> mStore;
     Console& mConsole;
     LinkSettings mLink;
-    bool mIsFromStore;
-    bool mArePortsFromStore;
+    Origin mAddressOrigin;
+    Origin mControlOrigin;
+    Origin mReceiveOrigin;
+    Origin mFreespaceOrigin;
     std::optional<std::uint32_t> mTimeoutMs;
 };
 

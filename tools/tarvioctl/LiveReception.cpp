@@ -7,6 +7,7 @@
 
 #include <array>
 #include <bit>
+#include <stdexcept>
 #include <utility>
 
 namespace tarvioctl {
@@ -36,6 +37,9 @@ Refusal portInUse(cli::StreamKind kind, const StreamPort& port)
 
 LiveReception::LiveReception(const cli::StreamPorts& ports)
 {
+    if (ports.measurements != 0 && ports.measurements == ports.freespaces)
+        throw std::invalid_argument("Both streams cannot arrive on one port: give another "
+                                    "--receive-port or --fsp-port.");
     connect(&mTermination, &cli::TerminationSignals::terminated, this,
             [this] { finish(End::Interrupted); });
     for (const cli::StreamKind kind : {cli::StreamKind::Measurements, cli::StreamKind::Freespaces})

@@ -47,7 +47,8 @@ public:
     /// How a run came to its end.
     enum class End { Asked, TimeIsUp, Interrupted };
 
-    /// Opens the ports that are not 0. Throws Refusal when one cannot be had.
+    /// Opens the ports that are not 0. Throws Refusal when one cannot be had and
+    /// std::invalid_argument when both are the same.
     explicit LiveReception(const cli::StreamPorts& ports);
 
     /// Hands every datagram to `take` in the order of arrival, until somebody calls end(), the time

@@ -3,21 +3,30 @@
 #include "orv_decoder/OrvCtrlClient.h"
 #include "tools/tarvioctl/Command.h"
 
+#include <functional>
+
 namespace tarvioctl {
 
 namespace {
+
+QVector<EcuTransfer> transfersOf(EcuConfiguration& configuration, orv::OrvCtrlClient& client,
+                                 const std::function<bool(const QString& element)>& isWanted)
+{
+    QVector<ConfigurationPart> selected;
+    for (const ConfigurationPart& part : ecuParts(holdersOf(configuration, &client))) {
+        if (isWanted(part.element))
+            selected += part;
+    }
+    return transfersInTurn(selected);
+}
 
 QVector<PartOutcome> exchange(const QStringList& elements, EcuConfiguration& configuration,
                               orv::OrvCtrlClient& client,
                               std::function<bool()> EcuTransfer::*operation)
 {
-    QVector<ConfigurationPart> selected;
-    for (const ConfigurationPart& part : ecuParts(holdersOf(configuration, &client))) {
-        if (elements.contains(part.element))
-            selected += part;
-    }
     QVector<PartOutcome> outcomes;
-    for (const EcuTransfer& transfer : transfersInTurn(selected)) {
+    const auto isGiven = [&](const QString& element) { return elements.contains(element); };
+    for (const EcuTransfer& transfer : transfersOf(configuration, client, isGiven)) {
         const bool isDone = (transfer.*operation)();
         outcomes +=
             {transfer.name, isDone ? QString() : QString::fromStdString(client.lastError())};
@@ -38,6 +47,16 @@ QVector<PartOutcome> writeParts(const QStringList& elements, const EcuConfigurat
 {
     EcuConfiguration written = configuration;
     return exchange(elements, written, client, &EcuTransfer::write);
+}
+
+QStringList otherParts(const QStringList& elements, orv::OrvCtrlClient& client)
+{
+    EcuConfiguration notExchanged;
+    const auto isOther = [&](const QString& element) { return !elements.contains(element); };
+    QStringList names;
+    for (const EcuTransfer& transfer : transfersOf(notExchanged, client, isOther))
+        names += transfer.name;
+    return names;
 }
 
 EcuConfiguration readFromEcu(const QStringList& elements, orv::OrvCtrlClient& client)

@@ -3,6 +3,7 @@
 #include "ecu/configuration/EcuConfiguration.h"
 
 #include <QStringList>
+#include <QVector>
 
 namespace tarvioctl {
 
@@ -21,6 +22,9 @@ QVector<PartOutcome> readParts(const QStringList& elements, EcuConfiguration& co
                                orv::OrvCtrlClient& client);
 QVector<PartOutcome> writeParts(const QStringList& elements, const EcuConfiguration& configuration,
                                 orv::OrvCtrlClient& client);
+
+/// The names of the parts that are not among these, in their turn.
+QStringList otherParts(const QStringList& elements, orv::OrvCtrlClient& client);
 
 /// What the ECU holds of these parts. Throws Refusal when one cannot be read.
 EcuConfiguration readFromEcu(const QStringList& elements, orv::OrvCtrlClient& client);

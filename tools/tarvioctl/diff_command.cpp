@@ -34,14 +34,28 @@ QStringList changesBetween(const FileConfiguration& from, const FileConfiguratio
     return lines;
 }
 
+// "Nothing differs" would let every car pass.
+void refuseNothingToCompare(const FileConfiguration& first, const FileConfiguration& second,
+                            const QStringList& fileNames)
+{
+    if (first.elements.isEmpty() && second.elements.isEmpty())
+        throw Refusal(
+            QStringLiteral("There is nothing that could be compared in %1: export it anew, or "
+                           "choose other parts by --only.")
+                .arg(fileNames.join(QStringLiteral(" and "))));
+}
+
 ExitStatus run(const Invocation& invocation)
 {
     const PartSelection selection(invocation.options);
     const FileConfiguration first = loadFile(invocation.arguments[0], selection);
     const bool hasSecondFile = invocation.arguments.size() == 2;
-    const QStringList changes =
-        hasSecondFile ? changesBetween(first, loadFile(invocation.arguments[1], selection))
-                      : changesBetween(whatTheEcuHolds(first, invocation), first);
+    const FileConfiguration second =
+        hasSecondFile ? loadFile(invocation.arguments[1], selection) : FileConfiguration();
+    refuseNothingToCompare(first, second, invocation.arguments);
+    const QStringList changes = hasSecondFile
+                                    ? changesBetween(first, second)
+                                    : changesBetween(whatTheEcuHolds(first, invocation), first);
     for (const QString& line : changes)
         invocation.console.print(line);
     return changes.isEmpty() ? ExitStatus::Done : ExitStatus::Refused;

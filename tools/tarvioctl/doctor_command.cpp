@@ -26,18 +26,25 @@ class Findings
 public:
     explicit Findings(Console& console) : mConsole(console) {}
 
-    void fine(const QString& finding) { mConsole.print(QStringLiteral("ok       ") + finding); }
+    void fine(const QString& finding) { tell({QStringLiteral("ok       ") + finding}); }
 
     void problem(const QString& finding, const QString& advice)
     {
-        mConsole.print(QStringLiteral("PROBLEM  ") + finding);
-        mConsole.print(QStringLiteral("         → ") + advice);
+        tell({QStringLiteral("PROBLEM  ") + finding, QStringLiteral("         → ") + advice});
         mHasProblem = true;
     }
 
     bool hasProblem() const { return mHasProblem; }
 
 private:
+    // At once, also through a pipe: the next finding may take seconds.
+    void tell(const QStringList& lines)
+    {
+        for (const QString& line : lines)
+            mConsole.print(line);
+        mConsole.flush();
+    }
+
     Console& mConsole;
     bool mHasProblem = false;
 };
@@ -63,13 +70,13 @@ bool isFree(const cli::StreamPorts& port, std::uint16_t number, Findings& findin
 {
     try {
         const LiveReception trial(port);
-        findings.fine(QStringLiteral("local port %1 is free").arg(number));
-        return true;
     } catch (const Refusal& refusal) {
         findings.problem(QStringLiteral("local port %1 is taken").arg(number),
                          QString::fromUtf8(refusal.what()));
         return false;
     }
+    findings.fine(QStringLiteral("local port %1 is free").arg(number));
+    return true;
 }
 
 // Those that are free; the others are told.
@@ -90,14 +97,18 @@ HeardOnStreams listen(const cli::StreamPorts& ports)
     for (const cli::StreamKind kind : {cli::StreamKind::Measurements, cli::StreamKind::Freespaces})
         if (ports.of(kind) != 0)
             heard[kind].port = ports.of(kind);
-    LiveReception(ports).run(kListeningSeconds, [&heard](const LiveDatagram& datagram) {
-        Heard& stream = heard[datagram.kind];
-        stream.senders.insert(datagram.sender.address);
-        if (isRecord(datagram))
-            stream.tally.addRecord(datagram.arrival);
-        else
-            stream.tally.addUndecodable();
-    });
+    const auto end =
+        LiveReception(ports).run(kListeningSeconds, [&heard](const LiveDatagram& datagram) {
+            Heard& stream = heard[datagram.kind];
+            stream.senders.insert(datagram.sender.address);
+            if (isRecord(datagram))
+                stream.tally.addRecord(datagram.arrival);
+            else
+                stream.tally.addUndecodable();
+        });
+    if (end == LiveReception::End::Interrupted)
+        throw Refusal(QStringLiteral("Interrupted: what arrives was not looked at, let the doctor "
+                                     "listen for two seconds."));
     return heard;
 }
 
@@ -120,9 +131,13 @@ bool checkControl(orv::OrvCtrlClient& client, const LinkSettings& link, Findings
 
 void checkPort(std::uint16_t ofEcu, std::uint16_t local, const QString& what, Findings& findings)
 {
-    if (ofEcu == 0 || local == 0)
+    if (local == 0)
         return;
-    if (ofEcu == local)
+    if (ofEcu == 0)
+        findings.problem(QStringLiteral("the ECU sends no %1").arg(what),
+                         QStringLiteral("enter a port for them in Tarvio's connection dialog and "
+                                        "restart the ECU, or do without"));
+    else if (ofEcu == local)
         findings.fine(QStringLiteral("the ECU sends %1 to port %2").arg(what).arg(ofEcu));
     else
         findings.problem(QStringLiteral("the ECU sends %1 to port %2, not to %3")

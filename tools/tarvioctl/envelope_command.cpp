@@ -32,7 +32,10 @@ public:
     Envelope(orv::OrvCtrlClient& client, const RecordingSettings& settings, Console& console)
         : mRun(&client), mSettings(settings)
     {
-        QObject::connect(&mRun, &RecordingRun::started, [this] { mSamples.clear(); });
+        QObject::connect(&mRun, &RecordingRun::started, [this] {
+            mHasBegun = true;
+            mSamples.clear();
+        });
         QObject::connect(&mRun, &RecordingRun::heard,
                          [this](const auto& echoes) { mSamples.add(echoes); });
         QObject::connect(&mRun, &RecordingRun::windowMoved,
@@ -57,6 +60,9 @@ public:
         return end == LiveReception::End::Interrupted ? std::nullopt : ending;
     }
 
+    /// A first result has come.
+    bool hasBegun() const { return mHasBegun; }
+
     const EchoSamples& samples() const { return mSamples; }
 
 private:
@@ -70,6 +76,7 @@ private:
     RecordingRun mRun;
     RecordingSettings mSettings;
     EchoSamples mSamples;
+    bool mHasBegun = false;
 };
 
 RecordingSettings settingsOf(const Invocation& invocation)
@@ -100,6 +107,12 @@ void save(const EchoSamples& samples, const QString& fileName)
                           .arg(fileName, result.errorText));
 }
 
+QString streamHasStopped()
+{
+    return QStringLiteral("The measurements have stopped in the middle of the sweep, nothing is "
+                          "saved: see \"tarvioctl doctor\" and record again.");
+}
+
 EchoSamples recorded(const Invocation& invocation, const RecordingSettings& settings)
 {
     LiveReception reception({.measurements = invocation.ecu.streamPorts().measurements});
@@ -112,7 +125,7 @@ EchoSamples recorded(const Invocation& invocation, const RecordingSettings& sett
         throw Refusal(
             QStringLiteral("Interrupted: nothing is saved, the thresholds are as before."));
     if (*ending == RecordingRun::Ending::TimedOut)
-        throw Refusal(nothingArrived());
+        throw Refusal(envelope.hasBegun() ? streamHasStopped() : nothingArrived());
     return envelope.samples();
 }
 

@@ -18,7 +18,8 @@ void checkReadable(const QString& fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        throw Refusal(QStringLiteral("Cannot read %1: %2.").arg(fileName, file.errorString()));
+        throw Refusal(QStringLiteral("Cannot read %1 (%2): give a settings file.")
+                          .arg(fileName, file.errorString()));
 }
 
 // The host's side of the link is of no concern to the ECU.
@@ -33,9 +34,12 @@ ConfigurationPart ignoredNetwork()
 QString reasonOf(const ImportReport& report)
 {
     QStringList reasons = report.sectionErrors.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    if (!report.abortText.isEmpty())
+    if (!report.abortText.isEmpty() && !report.sectionErrors.contains(report.abortText))
         reasons += report.abortText;
-    return reasons.join(QStringLiteral("; "));
+    QString reason = reasons.join(QStringLiteral("; "));
+    if (reason.endsWith(QLatin1Char('.')))
+        reason.chop(1); // it stands within a sentence
+    return reason;
 }
 
 void checkSensors(const QString& fileName, const FileConfiguration& file)
@@ -62,8 +66,8 @@ FileConfiguration loadFile(const QString& fileName, const PartSelection& selecti
     const ImportReport report =
         SettingsFile(QVector<ConfigurationPart>{ignoredNetwork()} + parts).read(fileName, isWanted);
     if (!report.isComplete())
-        throw Refusal(
-            QStringLiteral("%1 is no whole settings file: %2.").arg(fileName, reasonOf(report)));
+        throw Refusal(QStringLiteral("%1 is no whole settings file (%2): export it anew.")
+                          .arg(fileName, reasonOf(report)));
     const QStringList present = SettingsFile::sectionsOf(fileName);
     for (const ConfigurationPart& part : parts) {
         if (present.contains(part.element) && isWanted(part.element))

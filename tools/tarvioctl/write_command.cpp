@@ -45,6 +45,8 @@ void writeFile(const FileConfiguration& file, orv::OrvCtrlClient& client, Consol
         console.print(part.isDone()
                           ? QStringLiteral("%1: written").arg(part.name)
                           : QStringLiteral("%1: NOT written (%2)").arg(part.name, part.error));
+    for (const QString& part : otherParts(file.elements, client))
+        console.print(QStringLiteral("%1: left as it was").arg(part));
     if (!std::ranges::all_of(outcomes, &PartOutcome::isDone))
         throw Refusal(QStringLiteral("The ECU does not hold this file as a whole: write it again, "
                                      "or look with \"tarvioctl diff\"."));
@@ -66,12 +68,15 @@ ExitStatus run(const Invocation& invocation)
     const FileConfiguration file =
         loadFile(invocation.arguments[0], PartSelection(invocation.options));
     if (file.elements.isEmpty())
-        throw Refusal(QStringLiteral("%1 holds nothing of what is to be written.")
-                          .arg(invocation.arguments[0]));
+        throw Refusal(
+            QStringLiteral("%1 holds nothing of what is to be written: export it anew, or "
+                           "choose other parts by --only.")
+                .arg(invocation.arguments[0]));
     const auto channel = invocation.ecu.openChannel();
     if (invocation.options.isSet(kDryRun))
         return showChanges(file, channel->client(), invocation.console);
     writeFile(file, channel->client(), invocation.console);
+    invocation.console.flush(); // before the reading back, which may be interrupted
     if (invocation.options.isSet(kVerify))
         verify(file, channel->client(), invocation.console);
     return ExitStatus::Done;

@@ -49,7 +49,21 @@ CtlResult CtlProcess::run(const QStringList& arguments)
 CtlResult CtlProcess::runIntoClosedPipe(const QStringList& arguments)
 {
     // The pipe's reader ends at once; only bash tells the status of what stands before it.
-    const QString script = QStringLiteral("\"$0\" \"$@\" | true; exit ${PIPESTATUS[0]}");
+    return runInShell(QStringLiteral("\"$0\" \"$@\" | true; exit ${PIPESTATUS[0]}"), arguments);
+}
+
+CtlResult CtlProcess::runIntoOneStream(const QStringList& arguments)
+{
+    return runInShell(QStringLiteral("exec \"$0\" \"$@\" 2>&1"), arguments);
+}
+
+CtlResult CtlProcess::runOnTerminal(const QStringList& arguments)
+{
+    return runInShell(QStringLiteral("exec script -qec \"$0 $*\" /dev/null"), arguments);
+}
+
+CtlResult CtlProcess::runInShell(const QString& script, const QStringList& arguments)
+{
     return CtlProcess(QStringLiteral("bash"),
                       QStringList{QStringLiteral("-c"), script, QStringLiteral(TARVIO_CTL)} +
                           arguments)

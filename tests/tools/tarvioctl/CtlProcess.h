@@ -24,6 +24,12 @@ public:
     /// Runs to the end, which the program has to find by itself.
     static CtlResult run(const QStringList& arguments);
 
+    /// Runs to the end with standard error going where standard output does.
+    static CtlResult runIntoOneStream(const QStringList& arguments);
+
+    /// Runs to the end on a terminal; none of the arguments may need quotes.
+    static CtlResult runOnTerminal(const QStringList& arguments);
+
     /// Runs to the end while nobody reads standard output.
     static CtlResult runIntoClosedPipe(const QStringList& arguments);
 
@@ -38,6 +44,7 @@ public:
 
 private:
     CtlProcess(const QString& program, const QStringList& arguments);
+    static CtlResult runInShell(const QString& script, const QStringList& arguments);
     bool waitFor(const QString& text, const QString& stream);
     void collect();
 

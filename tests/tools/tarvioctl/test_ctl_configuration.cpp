@@ -1,5 +1,6 @@
 #include "tests/support/EcuAccess.h"
 #include "tests/support/FullDisk.h"
+#include "tests/support/LoopbackEcu.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/TemporaryProfile.h"
@@ -31,10 +32,15 @@ private slots:
     void thresholdsOfSomeSensorsAreNotWritten();
     void dryRunTellsAndWritesNothing();
     void verifyReadsBack();
+    void ecuThatConfirmsButKeepsSomethingElseIsTold();
     void interruptedWriteIsFinished();
+    void interruptedReadingBackLeavesWhatWasTold();
     void ecuThatDiesInTheMiddleIsTold();
 
+    void errorStandsBelowWhatWasPrinted();
+
     void diffTellsAndSaysSoInItsStatus();
+    void diffOfNothingIsNoAgreement();
     void diffOfTwoFilesNeedsNoEcu();
     void partThatOneFileLacksIsADifference();
     void unknownPartIsWrongUsage();
@@ -156,7 +162,8 @@ void TestCtlConfiguration::writeTellsEachPart()
     QCOMPARE(result.output, QStringLiteral("thresholds: written\nmeasurement sequence: written\n"
                                            "sensor positions: written\n"));
     QCOMPARE(ctl({"write", file("a.orv"), "--only", "positions"}).output,
-             QStringLiteral("sensor positions: written\n"));
+             QStringLiteral("sensor positions: written\nthresholds: left as it was\n"
+                            "measurement sequence: left as it was\n"));
 }
 
 void TestCtlConfiguration::refusedPartIsToldAndTheOthersAreWritten()
@@ -181,7 +188,9 @@ void TestCtlConfiguration::brokenFileIsNotWrittenAtAll_data()
     QTest::newRow("one section wrong")
         << QByteArray("<OrvgProject><MSEQ/><MountPositions/></OrvgProject>")
         << "MountPositions: Invalid data format of sensor positions";
-    QTest::newRow("cut short") << QByteArray("<OrvgProject><MSEQ/>") << "no whole settings file";
+    QTest::newRow("cut short")
+        << QByteArray("<OrvgProject><MSEQ/>")
+        << "no whole settings file (Premature end of document): export it anew.";
     QTest::newRow("empty") << QByteArray() << "invalid xml file";
     QTest::newRow("nothing for the ECU")
         << QByteArray("<OrvgProject><Network/></OrvgProject>") << "holds nothing";
@@ -234,6 +243,25 @@ void TestCtlConfiguration::verifyReadsBack()
     QVERIFY(result.output.endsWith(QStringLiteral("verified: the ECU holds what the file says\n")));
 }
 
+void TestCtlConfiguration::ecuThatConfirmsButKeepsSomethingElseIsTold()
+{
+    ctl({"read", file("a.orv"), "--only", "positions"});
+    LoopbackEcu forgetful;
+    forgetful.setHandler([](const orv::ControlRequest& request) {
+        const bool isRead = request.payload.at(0) == std::uint8_t(orv::ControlAccess::Read);
+        return orv::encodeReply(request.code,
+                                isRead ? orv::encodeMountPositions({}) : LoopbackEcu::Frame(), 0);
+    });
+    const CtlResult result = CtlProcess::run(QStringList{"write", file("a.orv"), "--verify"} +
+                                             ecuOptions(forgetful.port()));
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY(result.output.startsWith(QStringLiteral("sensor positions: written\n")));
+    QVERIFY(result.output.contains(QStringLiteral("sensor 12, x: 0 mm → ")));
+    QVERIFY(!result.output.contains(QStringLiteral("verified")));
+    QVERIFY(
+        result.errorOutput.startsWith(QStringLiteral("The ECU has confirmed the writing but ")));
+}
+
 void TestCtlConfiguration::interruptedWriteIsFinished()
 {
     ctl({"read", file("a.orv")});
@@ -244,6 +272,19 @@ void TestCtlConfiguration::interruptedWriteIsFinished()
     const CtlResult result = process.waitForEnd();
     QCOMPARE(result.exitStatus, 0);
     QVERIFY(mEcu->read() == configurationOfSeed(1));
+}
+
+void TestCtlConfiguration::interruptedReadingBackLeavesWhatWasTold()
+{
+    ctl({"read", file("a.orv")});
+    startEcu({"--delay-replies", "1", "--delay-ms", "60"});
+    CtlProcess process(QStringList{"write", file("a.orv"), "--verify"} +
+                       ecuOptions(mSimulator->controlPort()));
+    QVERIFY(process.waitForOutput(QStringLiteral("sensor positions: written\n")));
+    process.interrupt();
+    const CtlResult result = process.waitForEnd();
+    QCOMPARE(result.exitStatus, -1); // by the signal
+    QVERIFY(!result.output.contains(QStringLiteral("verified")));
 }
 
 void TestCtlConfiguration::ecuThatDiesInTheMiddleIsTold()
@@ -258,6 +299,33 @@ void TestCtlConfiguration::ecuThatDiesInTheMiddleIsTold()
     QCOMPARE(result.exitStatus, 1);
     QVERIFY(result.output.startsWith(QStringLiteral("thresholds: NOT written (socket: ")));
     QCOMPARE(result.errorOutput.count(QLatin1Char('\n')), 1);
+}
+
+void TestCtlConfiguration::errorStandsBelowWhatWasPrinted()
+{
+    ctl({"read", file("a.orv")});
+    startEcu({"--status", "0=7"});
+    const CtlResult result = CtlProcess::runIntoOneStream(QStringList{"write", file("a.orv")} +
+                                                          ecuOptions(mSimulator->controlPort()));
+    QVERIFY2(result.output.endsWith(QStringLiteral("look with \"tarvioctl diff\".\n")),
+             qPrintable(result.output));
+    QVERIFY(result.output.startsWith(QStringLiteral("thresholds: written\n")));
+}
+
+void TestCtlConfiguration::diffOfNothingIsNoAgreement()
+{
+    ctl({"read", file("a.orv"), "--only", "network"});
+    ctl({"read", file("b.orv"), "--only", "positions"});
+    for (const QStringList& arguments :
+         {QStringList{file("a.orv")}, QStringList{file("a.orv"), file("a.orv")},
+          QStringList{file("b.orv"), "--only", "sequence"}}) {
+        const CtlResult result = ctl(QStringList{"diff"} + arguments);
+        QCOMPARE(result.exitStatus, 1);
+        QCOMPARE(result.output, QString());
+        QVERIFY2(result.errorOutput.contains(
+                     QStringLiteral("There is nothing that could be compared in ")),
+                 qPrintable(result.errorOutput));
+    }
 }
 
 void TestCtlConfiguration::diffTellsAndSaysSoInItsStatus()

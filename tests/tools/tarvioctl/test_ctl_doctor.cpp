@@ -1,5 +1,6 @@
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/held_port.h"
 #include "tests/tools/tarvioctl/CtlProcess.h"
 
 #include <QRegularExpression>
@@ -75,6 +76,31 @@ private slots:
         QVERIFY(hasProblem(result, QStringLiteral("local port %1 is taken").arg(mReceivePort)));
         QVERIFY(!result.output.contains(
             QStringLiteral("nothing arrives on port %1").arg(mReceivePort)));
+    }
+
+    void ecuThatSendsNoFreespaces()
+    {
+        const SimulatorProcess ecu(
+            {"--receive-port", QString::number(mReceivePort), "--fsp-port", "0"});
+        const CtlResult result = doctor(ecu.controlPort());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY2(hasProblem(result, QStringLiteral("the ECU sends no freespaces\n")),
+                 qPrintable(result.output));
+    }
+
+    void interruptionSaysNothingOfWhatArrives()
+    {
+        const SimulatorProcess ecu(ecuArguments());
+        CtlProcess process(arguments(ecu.controlPort()));
+        QVERIFY(
+            process.waitForOutput(QStringLiteral("local port %1 is free\n").arg(mFreespacePort)));
+        QVERIFY(waitUntilPortIsHeld(mFreespacePort));
+        process.interrupt();
+        const CtlResult result = process.waitForEnd();
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY(!result.output.contains(QStringLiteral(" on port ")));
+        QVERIFY2(result.errorOutput.startsWith(QStringLiteral("Interrupted: ")),
+                 qPrintable(result.errorOutput));
     }
 
     void whatIsNoRecordIsTold()

@@ -1,6 +1,7 @@
 #include "tests/support/EcuAccess.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/held_port.h"
 #include "tests/tools/tarvioctl/CtlProcess.h"
 
 #include <QFile>
@@ -16,11 +17,13 @@ private slots:
     void init();
 
     void samplesGoIntoTheFile();
+    void progressEndsItsLineOnATerminal();
     void everyPositionIsSwept();
     void thresholdsAreAsBefore();
     void interruptionGivesTheThresholdsBack();
     void thresholdsThatCannotBeGivenBackAreTold();
     void ecuWithoutStreamIsTold();
+    void streamThatStopsIsTold();
     void refusedThresholdsEndItBeforeItBegins();
     void portInUseIsTold();
     void fileThatCannotBeWrittenIsTold();
@@ -95,6 +98,15 @@ void TestCtlEnvelope::samplesGoIntoTheFile()
     QVERIFY(std::any_of(lines.begin(), lines.end(), isTheWall));
 }
 
+void TestCtlEnvelope::progressEndsItsLineOnATerminal()
+{
+    const CtlResult result =
+        CtlProcess::runOnTerminal(command(file()) + QStringList{"--lut-step", "5"});
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY2(result.output.endsWith(QStringLiteral("\rPosition 145 of 145\x1b[K\r\n")),
+             qPrintable(result.output));
+}
+
 void TestCtlEnvelope::everyPositionIsSwept()
 {
     CtlProcess::run(command(file()));
@@ -147,6 +159,23 @@ void TestCtlEnvelope::ecuWithoutStreamIsTold()
     const CtlResult result = CtlProcess::run(command(file()));
     QCOMPARE(result.exitStatus, 1);
     QVERIFY(result.errorOutput.contains(QStringLiteral("tarvioctl doctor")));
+    QVERIFY(thresholds() == before);
+    QVERIFY(!QFile::exists(file()));
+}
+
+void TestCtlEnvelope::streamThatStopsIsTold()
+{
+    startEcu({"--streams", "off"});
+    const orv::SensorThreshold before = thresholds();
+    CtlProcess process(command(file()));
+    QVERIFY(waitUntilPortIsHeld(mReceivePort));
+    // Sensor 2 sends, 3 listens, nobody hears anything.
+    LoopbackPeer().sendTo(mReceivePort, {5, 0, 0, 0, 2, 0, 4, 0, 0});
+    const CtlResult result = process.waitForEnd();
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errorOutput.startsWith(
+                 QStringLiteral("The measurements have stopped in the middle of the sweep")),
+             qPrintable(result.errorOutput));
     QVERIFY(thresholds() == before);
     QVERIFY(!QFile::exists(file()));
 }

@@ -58,7 +58,18 @@ private slots:
         const CtlResult result = CtlProcess::run({"info"});
         QCOMPARE(result.exitStatus, 0);
         QCOMPARE(result.errorOutput,
-                 QStringLiteral("ECU 127.0.0.1:%1, as stored by Tarvio.\n").arg(ecu.controlPort()));
+                 QStringLiteral("ECU 127.0.0.1, control port %1, as stored by Tarvio.\n")
+                     .arg(ecu.controlPort()));
+    }
+
+    void controlPortThatNobodyHasSaidIsToldAsTheDefault()
+    {
+        TemporaryProfile profile;
+        profile.setValue(QStringLiteral("network/control_port"), QStringLiteral("none"));
+        const CtlResult result = CtlProcess::run({"info", "--ecu", "127.0.0.1", "--timeout", "20"});
+        QVERIFY2(result.errorOutput.startsWith(QStringLiteral(
+                     "Control port 50002, by default: Tarvio has stored nothing else.\n")),
+                 qPrintable(result.errorOutput));
     }
 
     void wrongUsage_data()
@@ -70,7 +81,9 @@ private slots:
             << QStringList() << "Usage: tarvioctl COMMAND [options]: tarvioctl --help lists them.";
         QTest::newRow("unknown command")
             << QStringList{"fly"} << "There is no command \"fly\": tarvioctl --help lists them.";
-        QTest::newRow("unknown option") << QStringList{"info", "--fly"} << "Unknown option 'fly'.";
+        QTest::newRow("unknown option")
+            << QStringList{"info", "--fly"}
+            << "Unknown option 'fly': tarvioctl info --help tells what there is.";
         QTest::newRow("too many") << QStringList{"info", "x"} << "Usage: tarvioctl info";
         QTest::newRow("no address") << QStringList{"info", "--ecu", "1.2.3"}
                                     << "--ecu takes an IPv4 address, not \"1.2.3\".";
@@ -100,6 +113,8 @@ private slots:
         const CtlResult ofCommand = CtlProcess::run({"info", "--help"});
         QCOMPARE(ofCommand.exitStatus, 0);
         QVERIFY(ofCommand.output.contains(QStringLiteral("--ecu <address>")));
+        QVERIFY2(ofCommand.output.startsWith(QStringLiteral("Usage: tarvioctl info [options]\n")),
+                 qPrintable(ofCommand.output));
     }
 
     void versionIsTheProjects()

@@ -177,9 +177,24 @@ private slots:
         const CtlResult result = monitor.waitForEnd();
         QCOMPARE(result.exitStatus, 0);
         QVERIFY(result.errorOutput.startsWith(
-            QStringLiteral("Measurements on port %1, freespaces on none, as stored by Tarvio.\n"
+            QStringLiteral("Receive port %1, freespace port none, as stored by Tarvio.\n"
                            "Measurements: 1 records")
                 .arg(mReceivePort)));
+    }
+
+    // What a first start of the window stores holds no freespace port.
+    void defaultIsNotToldAsStored()
+    {
+        TemporaryProfile profile;
+        profile.setValue(QStringLiteral("network/receive_port"), mReceivePort);
+        const CtlResult result =
+            CtlProcess::run({"monitor", "--measurements", "--seconds", "0.05"});
+        QVERIFY2(
+            result.errorOutput.startsWith(
+                QStringLiteral("Receive port %1, as stored by Tarvio.\nFreespace port 50003, by "
+                               "default: Tarvio has stored nothing else.\n")
+                    .arg(mReceivePort)),
+            qPrintable(result.errorOutput));
     }
 
     void wrongUsage_data()
@@ -193,6 +208,9 @@ private slots:
                                << "--count takes a whole number from 1 to 2147483647, not \"0\".";
         QTest::newRow("seconds") << QStringList{"--seconds", "nan"}
                                  << "--seconds takes a number from 0.001 to 1e+06, not \"nan\".";
+        QTest::newRow("one port for both")
+            << QStringList{"--receive-port", "4001", "--fsp-port", "4001"}
+            << "Both streams cannot arrive on one port: give another --receive-port or --fsp-port.";
         QTest::newRow("no port") << QStringList{"--freespaces", "--fsp-port", "0"}
                                  << "Freespaces have no port here: give --fsp-port PORT.";
     }
