@@ -64,19 +64,26 @@ bool OrvCtrlSocket::sendReceive(std::vector<std::uint8_t>& buffer)
 
 bool OrvCtrlSocket::receiveAnother(std::vector<std::uint8_t>& buffer)
 {
+    return waitForReply() ? receive(buffer) : endWait(buffer);
+}
+
+// For what the last request has left of its timeout.
+bool OrvCtrlSocket::waitForReply() const
+{
     using std::chrono::milliseconds;
     const auto left = std::chrono::ceil<milliseconds>(mReplyDeadline - Clock::now());
-    if (left > milliseconds::zero() &&
-        mSocket.waitForDatagram(static_cast<std::uint32_t>(left.count())))
-        return receive(buffer);
-    return endWait(buffer);
+    return left > milliseconds::zero() &&
+           mSocket.waitForDatagram(static_cast<std::uint32_t>(left.count()));
 }
 
 bool OrvCtrlSocket::receive(std::vector<std::uint8_t>& buffer)
 {
     buffer.resize(kMaxDatagramSize);
-    const auto received = mSocket.receive(buffer);
-    if (!received)
+    auto received = mSocket.receive(buffer);
+    // A datagram without a byte is none.
+    while (received == 0 && waitForReply())
+        received = mSocket.receive(buffer);
+    if (received.value_or(0) == 0)
         return endWait(buffer);
     buffer.resize(*received);
     return true;

@@ -21,9 +21,10 @@ sockaddr_in loopback(std::uint16_t port)
 
 } // namespace
 
-LoopbackPeer::LoopbackPeer() : mHandle(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))
+LoopbackPeer::LoopbackPeer(std::uint16_t port)
+    : mHandle(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))
 {
-    sockaddr_in address = loopback(0);
+    sockaddr_in address = loopback(port);
     socklen_t size = sizeof address;
     if (mHandle < 0 || ::bind(mHandle, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
         ::getsockname(mHandle, reinterpret_cast<sockaddr*>(&address), &size) != 0)
