@@ -78,8 +78,10 @@ struct EcuOperation
 /// "R", "W" and the like of the views, each of one sensor or of all.
 std::vector<EcuOperation> readOperations(std::uint8_t sensor);
 std::vector<EcuOperation> writeOperations(std::uint8_t sensor);
-/// What takes several kinds of exchanges, or none that the user asked for.
+/// What the link does by itself, and what takes all parts in one go.
 std::vector<EcuOperation> wholeOperations(std::uint8_t sensor);
+/// What goes on for a while: calibration and recording.
+std::vector<EcuOperation> runOperations(std::uint8_t sensor);
 
 /// Reads the part that the command is about, to see what the view holds after that.
 EcuOperation followUpOf(orv::ControlCommand command, std::uint8_t sensor);

@@ -2,8 +2,6 @@
 
 #include "tools/ecu_simulator/SeededRandom.h"
 
-#include <QtTest>
-
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -13,13 +11,6 @@ namespace {
 using orv::ControlCommand;
 
 constexpr int kWatchIntervalMs = 3000;
-
-std::uint64_t baseSeed()
-{
-    return qEnvironmentVariableIsSet("TARVIO_FAULT_SEED")
-               ? qEnvironmentVariable("TARVIO_FAULT_SEED").toULongLong()
-               : 1;
-}
 
 QString difference(const char* what, const QString& actual, const QString& expected)
 {
@@ -126,20 +117,20 @@ void FaultCase::openWindow()
 {
     mWindow.reset();
     mWindow = std::make_unique<WindowUnderFault>();
-    mShown = {};
+    mExpected.shown = {};
     if (mOperation.opensWindow)
         return;
     mWindow->open();
-    mShown = keptBy(mWindow->ecu().state());
+    mExpected.shown = keptBy(mWindow->ecu().state());
 }
 
 QString FaultCase::deviationWith(const FaultPlan& plan)
 {
     const std::vector<CarriedOut> outcome = outcomeOf(mOperation, plan);
     mWindow->renewEcu();
-    mKeptByEcu = keptBy(mWindow->ecu().state());
-    mNetworkOfEcu = fieldsOf(mWindow->ecu().state().network);
-    mDialogFields = mWindow->dialogFields();
+    mExpected.keptByEcu = keptBy(mWindow->ecu().state());
+    mExpected.networkOfEcu = fieldsOf(mWindow->ecu().state().network);
+    mExpected.dialogFields = mWindow->dialogFields();
     mStoreFile = mWindow->storeFile();
     mWindow->forgetTold();
     mWindow->ecu().expect(plan);
@@ -150,40 +141,10 @@ QString FaultCase::deviationWith(const FaultPlan& plan)
            deviationOfTold(mOperation.tell(outcome)) + deviationOfData();
 }
 
-// Reads show what came, writes leave what is shown with the ECU.
 void FaultCase::noteOutcome(const std::vector<CarriedOut>& outcome)
 {
-    const EcuConfiguration held = keptBy(mWindow->ecu().state());
-    for (const auto& [exchange, group, reason, isExecuted] : outcome) {
-        const bool isRead = !exchange.isWrite() && reason.isEmpty();
-        const bool isWritten = exchange.access == orv::ControlAccess::Write && isExecuted;
-        const EcuConfiguration& source = isRead ? held : mShown;
-        EcuConfiguration& target = isRead ? mShown : mKeptByEcu;
-        if (exchange.command == ControlCommand::NetworkSettings)
-            mDialogFields = mWindow->storedFields();
-        if (!isRead && !isWritten)
-            continue;
-        switch (exchange.command) {
-        case ControlCommand::MeasurementSequence:
-            target.sequence = source.sequence;
-            break;
-        case ControlCommand::Thresholds:
-            target.thresholds.at(exchange.sensor) = source.thresholds.at(exchange.sensor);
-            break;
-        case ControlCommand::SensorPositions:
-            target.positions = source.positions;
-            break;
-        case ControlCommand::NetworkSettings:
-            (isRead ? mDialogFields : mNetworkOfEcu) = isRead ? mNetworkOfEcu : mDialogFields;
-            break;
-        case ControlCommand::AutoCalibration: // the ECU does with the sensor what it does
-            if (isWritten)
-                mKeptByEcu.thresholds.at(exchange.sensor) = held.thresholds.at(exchange.sensor);
-            break;
-        case ControlCommand::FirmwareVersion:
-            break;
-        }
-    }
+    for (const CarriedOut& step : outcome)
+        mExpected.note(step, keptBy(mWindow->ecu().state()), mWindow->storedFields());
 }
 
 QString FaultCase::deviationOfTold(const Told& told)
@@ -196,10 +157,10 @@ QString FaultCase::deviationOfTold(const Told& told)
 QString FaultCase::deviationOfData()
 {
     const ecusim::EcuState& ecu = mWindow->ecu().state();
-    return difference("views", mWindow->configuration(), textOf(mShown)) +
-           difference("connection dialog", mWindow->dialogFields(), mDialogFields) +
-           difference("ECU", textOf(keptBy(ecu)), textOf(mKeptByEcu)) +
-           difference("network of the ECU", fieldsOf(ecu.network), mNetworkOfEcu) +
+    return difference("views", mWindow->configuration(), textOf(mExpected.shown)) +
+           difference("connection dialog", mWindow->dialogFields(), mExpected.dialogFields) +
+           difference("ECU", textOf(keptBy(ecu)), textOf(mExpected.keptByEcu)) +
+           difference("network of the ECU", fieldsOf(ecu.network), mExpected.networkOfEcu) +
            difference("another settings store", mWindow->storeFile() == mStoreFile) +
            mWindow->blockade();
 }
@@ -224,12 +185,12 @@ QString FaultCase::deviationOfFollowUps()
 QString FaultCase::deviationOfFollowUp(const EcuOperation& followUp)
 {
     mWindow->renewEcu();
-    mKeptByEcu = keptBy(mWindow->ecu().state());
-    mNetworkOfEcu = fieldsOf(mWindow->ecu().state().network);
+    mExpected.keptByEcu = keptBy(mWindow->ecu().state());
+    mExpected.networkOfEcu = fieldsOf(mWindow->ecu().state().network);
     const Exchange& exchange = followUp.groups.front().exchanges.front();
     // There is nothing to overwrite.
     const bool isUnasked =
-        exchange.command == ControlCommand::MeasurementSequence && mShown.sequence.empty();
+        exchange.command == ControlCommand::MeasurementSequence && mExpected.shown.sequence.empty();
     followUp.run(*mWindow);
     const std::vector<CarriedOut> outcome{{.exchange = exchange, .reason = {}}};
     noteOutcome(outcome);
@@ -244,25 +205,4 @@ QString FaultCase::deviationOfWatch()
     mWindow->pass(kWatchIntervalMs);
     return difference("link afterwards", mWindow->linkState(), Told().link) +
            difference("boxes of the watch", mWindow->takeBoxes().join('|'), {});
-}
-
-void addFaultRows(const FaultCase::Operations& operations)
-{
-    QTest::addColumn<int>("operation");
-    QTest::addColumn<int>("fault");
-    const std::vector<EcuOperation> names = operations(0);
-    for (std::size_t operation = 0; operation < names.size(); ++operation) {
-        for (std::size_t fault = 0; fault < faultKinds().size(); ++fault)
-            QTest::addRow("%s / %s", qPrintable(names[operation].name), faultKinds()[fault].name)
-                << static_cast<int>(operation) << static_cast<int>(fault);
-    }
-}
-
-QString deviationOfRow(const FaultCase::Operations& operations, int operation, int fault)
-{
-    const auto row = static_cast<std::uint64_t>(operation) * faultKinds().size() +
-                     static_cast<std::uint64_t>(fault);
-    const std::uint64_t seed = 1000 * baseSeed() + row;
-    FaultCase faultCase(operations, operation, faultKinds()[static_cast<std::size_t>(fault)], seed);
-    return faultCase.deviation();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/app/faults/EcuOperation.h"
+#include "tests/app/faults/ExpectedState.h"
 #include "tests/app/faults/WindowUnderFault.h"
 #include "tests/app/faults/expected_outcome.h"
 
@@ -36,16 +37,6 @@ private:
     EcuOperation mOperation;
     FaultPlan mPlan;
     std::unique_ptr<WindowUnderFault> mWindow;
-    // What has to be so.
-    EcuConfiguration mShown;
-    EcuConfiguration mKeptByEcu;
-    QString mNetworkOfEcu;
-    QString mDialogFields;
+    ExpectedState mExpected;
     QByteArray mStoreFile;
 };
-
-/// Columns "operation" and "fault", both numbers, and a row for every pair of them.
-void addFaultRows(const FaultCase::Operations& operations);
-
-/// The case of the row that the test has fetched.
-QString deviationOfRow(const FaultCase::Operations& operations, int operation, int fault);

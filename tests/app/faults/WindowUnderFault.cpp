@@ -20,7 +20,6 @@
 #include <QSpinBox>
 #include <QStatusBar>
 #include <QTableView>
-#include <QXmlStreamWriter>
 #include <QtTest>
 
 #include <chrono>
@@ -36,25 +35,6 @@ constexpr int kPatienceMs = 43000;
 // One echo of sensor 1 at 5.12 ms.
 const std::vector<std::uint8_t> kMeasurement = {1, 0, 0, 0, 1, 0, 2, 0, 1, 0, 1, 100, 0, 7, 0};
 
-QString textOf(const std::function<void(QXmlStreamWriter&)>& writeSections)
-{
-    QString text;
-    QXmlStreamWriter writer(&text);
-    writer.setAutoFormatting(true);
-    writer.writeStartElement(QStringLiteral("Views"));
-    writeSections(writer);
-    writer.writeEndElement();
-    return text;
-}
-
-QString addressText(std::uint32_t address)
-{
-    QStringList octets;
-    for (int k = 0; k < 4; ++k)
-        octets << QString::number(address >> 8 * k & 0xFF);
-    return octets.join('.');
-}
-
 QString fieldsOf(const OrvgConnectionSettingsDialog& dialog)
 {
     QStringList fields;
@@ -65,48 +45,7 @@ QString fieldsOf(const OrvgConnectionSettingsDialog& dialog)
     return fields.join(' ');
 }
 
-orv::EcuNetworkSettings networkOfSeed(int seed)
-{
-    const auto number = static_cast<std::uint32_t>(seed);
-    const auto port = static_cast<std::uint16_t>(seed);
-    return {.valid = true,
-            .ecuIp = 0x0100A8C0U + (number << 24),
-            .subnetMask = 0x0000FFFFU + (number << 16),
-            .gateway = 0x0000A8C0U + (number << 24),
-            .controlPort = static_cast<std::uint16_t>(2000 + port),
-            .hostIp = 0x0200A8C0U + (number << 24),
-            .receivePort = static_cast<std::uint16_t>(4000 + port),
-            .freespacePort = static_cast<std::uint16_t>(6000 + port)};
-}
-
 } // namespace
-
-QString textOf(const EcuConfiguration& configuration)
-{
-    EcuConfiguration written = configuration;
-    const ConfigurationHolders holders = holdersOf(written);
-    return textOf([&holders](QXmlStreamWriter& writer) {
-        holders.sequence.writeXml(writer);
-        holders.thresholds.writeXml(writer);
-        holders.positions.writeXml(writer);
-    });
-}
-
-QString fieldsOf(const orv::EcuNetworkSettings& network)
-{
-    QStringList fields;
-    for (const std::uint32_t address :
-         {network.ecuIp, network.subnetMask, network.gateway, network.hostIp})
-        fields << addressText(address);
-    for (const int port : {network.controlPort, network.receivePort, network.freespacePort})
-        fields << QString::number(port);
-    return fields.join(' ');
-}
-
-EcuConfiguration keptBy(const ecusim::EcuState& ecu)
-{
-    return {.sequence = ecu.sequence, .thresholds = ecu.keptThresholds, .positions = ecu.positions};
-}
 
 WindowUnderFault::WindowUnderFault() : mReceivePort(freeUdpPort()), mFreespacePort(freeUdpPort())
 {

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "app/TarvioWindow.h"
-#include "ecu/configuration/EcuConfiguration.h"
-#include "orv_decoder/EcuNetworkSettings.h"
+#include "tests/app/faults/ecu_data.h"
 #include "tests/support/FaultyEcu.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/TemporaryProfile.h"
@@ -13,7 +12,6 @@
 #include <QStringList>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 
 class OrvgConnectionSettingsDialog;
@@ -80,12 +78,3 @@ private:
     QString mDialogFields;
     int mEcuSeed = 0;
 };
-
-/// A configuration as WindowUnderFault::configuration() has it.
-QString textOf(const EcuConfiguration& configuration);
-
-/// Network settings as the fields of the connection dialog show them.
-QString fieldsOf(const orv::EcuNetworkSettings& network);
-
-/// What the ECU brings back after a restart.
-EcuConfiguration keptBy(const ecusim::EcuState& ecu);

@@ -1,4 +1,4 @@
-#include "tests/app/faults/FaultCase.h"
+#include "tests/app/faults/fault_rows.h"
 
 #include <QtTest>
 

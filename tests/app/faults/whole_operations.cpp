@@ -8,7 +8,6 @@ using orv::ControlAccess;
 using orv::ControlCommand;
 
 constexpr int kWatchIntervalMs = 3000;
-constexpr std::size_t kRecordedWindows = 5;
 
 // In the order in which all parts are exchanged.
 constexpr Hits kThresholds{.first = 0, .count = orv::kSensorCount};
@@ -59,35 +58,9 @@ EcuOperation transmitAll(const char* part, const Hits& hits)
             .hits = hits};
 }
 
-EcuOperation calibration(const char* step, std::uint8_t sensor, const Hits& hits)
-{
-    return {.name = QStringLiteral("calibration, ") + step,
-            .groups = {{{{ControlCommand::AutoCalibration, ControlAccess::Write, sensor},
-                         {ControlCommand::AutoCalibration, ControlAccess::Read},
-                         {ControlCommand::Thresholds, ControlAccess::Read, sensor}},
-                        true}},
-            .run =
-                [sensor](auto& window) {
-                    window.selectSensor(sensor);
-                    window.calibrate();
-                },
-            .tell = told::failures,
-            .hits = hits};
-}
-
-EcuOperation recording(std::uint8_t sensor)
-{
-    const Exchange move{ControlCommand::Thresholds, ControlAccess::WriteTemporarily, sensor};
-    return {.name = "recording",
-            .groups = {{std::vector<Exchange>(kRecordedWindows, move)}},
-            .run = [sensor](auto& window) { window.record(sensor, kRecordedWindows); },
-            .tell = told::recorded,
-            .hits = {.count = kRecordedWindows}};
-}
-
 } // namespace
 
-std::vector<EcuOperation> wholeOperations(std::uint8_t sensor)
+std::vector<EcuOperation> wholeOperations(std::uint8_t)
 {
     return {probe(),
             firstContact(),
@@ -96,9 +69,5 @@ std::vector<EcuOperation> wholeOperations(std::uint8_t sensor)
             readAll("positions", kPositions),
             transmitAll("thresholds", kThresholds),
             transmitAll("sequence", kSequence),
-            transmitAll("positions", kPositions),
-            calibration("start", sensor, {.first = 0}),
-            calibration("state", sensor, {.first = 1}),
-            calibration("thresholds", sensor, {.first = 2}),
-            recording(sensor)};
+            transmitAll("positions", kPositions)};
 }
