@@ -70,8 +70,11 @@ bool OrvCtrlSocket::receiveAnother(std::vector<std::uint8_t>& buffer)
 bool OrvCtrlSocket::receive(std::vector<std::uint8_t>& buffer)
 {
     buffer.resize(kMaxDatagramSize);
-    const auto received = mSocket.receiveUntil(mReplyDeadline, buffer);
-    if (!received)
+    auto received = mSocket.receiveUntil(mReplyDeadline, buffer);
+    // A datagram without a byte is none.
+    while (received == 0 && mSocket.waitUntil(mReplyDeadline))
+        received = mSocket.receiveUntil(mReplyDeadline, buffer);
+    if (received.value_or(0) == 0)
         return endWait(buffer);
     buffer.resize(*received);
     return true;

@@ -30,7 +30,8 @@ public:
     bool reconnect(const std::string& address, std::uint16_t port);
 
     /// Discards what waits before it sends: what was there before the question is not the answer.
-    /// Errors: "send error"; "receive timeout", which also empties the buffer.
+    /// A datagram without a byte is passed over. Errors: "send error"; "receive timeout", which
+    /// also empties the buffer.
     bool sendReceive(std::vector<std::uint8_t>& buffer) override;
 
     /// Error: "receive timeout", which also empties the buffer.

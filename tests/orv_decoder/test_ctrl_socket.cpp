@@ -24,9 +24,16 @@ protected:
     // Sends `request`, answers it with `reply` and returns what the channel made of it.
     Bytes exchange(const Bytes& request, const Bytes& reply)
     {
+        return exchangeWithReplies(request, {reply});
+    }
+
+    Bytes exchangeWithReplies(const Bytes& request, const std::vector<Bytes>& replies)
+    {
         mSocket.setReceiveTimeout(kLongMs);
-        std::thread ecu([this, &request, &reply] {
-            if (mEcu.receive(static_cast<int>(kLongMs)) == request)
+        std::thread ecu([this, &request, &replies] {
+            if (mEcu.receive(static_cast<int>(kLongMs)) != request)
+                return;
+            for (const Bytes& reply : replies)
                 mEcu.reply(reply);
         });
         Bytes buffer = request;
@@ -150,10 +157,24 @@ TEST_F(CtrlSocket, emptyDatagramDoesNotEndTheDrain)
     EXPECT_EQ(exchange({2}, {0x22}), Bytes{0x22});
 }
 
-TEST_F(CtrlSocket, emptyDatagramIsADatagramAndNoTimeout)
+TEST_F(CtrlSocket, emptyDatagramsArePassedOver)
 {
-    EXPECT_EQ(exchange({1}, {}), Bytes{});
+    EXPECT_EQ(exchangeWithReplies({1}, {{}, {}, {0x11}}), Bytes{0x11});
     EXPECT_EQ(mSocket.lastError(), "");
+}
+
+TEST_F(CtrlSocket, emptyDatagramAloneIsATimeout)
+{
+    mSocket.setReceiveTimeout(100);
+    std::thread ecu([this] {
+        if (mEcu.receive(static_cast<int>(kLongMs)))
+            mEcu.reply({});
+    });
+    Bytes buffer = {1};
+    EXPECT_FALSE(mSocket.sendReceive(buffer));
+    ecu.join();
+    EXPECT_EQ(mSocket.lastError(), "receive timeout");
+    EXPECT_TRUE(buffer.empty());
 }
 
 TEST_F(CtrlSocket, anotherDatagramMayFollowTheFirst)

@@ -18,9 +18,9 @@ sockaddr_in loopback(std::uint16_t port)
 
 } // namespace
 
-LoopbackPeer::LoopbackPeer() : mHandle(native::openDatagramSocket())
+LoopbackPeer::LoopbackPeer(std::uint16_t port) : mHandle(native::openDatagramSocket())
 {
-    sockaddr_in address = loopback(0);
+    sockaddr_in address = loopback(port);
     native::Length size = sizeof address;
     if (!native::isOpen(mHandle) ||
         ::bind(mHandle, reinterpret_cast<sockaddr*>(&address), size) != 0 ||

@@ -12,12 +12,16 @@
 class LoopbackPeer
 {
 public:
-    LoopbackPeer();
+    /// @param port 0 for one that is free
+    explicit LoopbackPeer(std::uint16_t port = 0);
     ~LoopbackPeer();
     LoopbackPeer(const LoopbackPeer&) = delete;
     LoopbackPeer& operator=(const LoopbackPeer&) = delete;
 
     std::uint16_t port() const { return mPort; }
+
+    /// Where the last received datagram came from.
+    std::uint16_t lastSenderPort() const { return mLastSenderPort; }
 
     /// Sends to a port of 127.0.0.1.
     void sendTo(std::uint16_t port, const std::vector<std::uint8_t>& datagram);
