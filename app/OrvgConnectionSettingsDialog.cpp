@@ -1,5 +1,6 @@
 #include "app/OrvgConnectionSettingsDialog.h"
 
+#include "app/store_or_tell.h"
 #include "ecu/link/other_ecu.h"
 #include "ecu/store/ConnectionSettings.h"
 #include "orv_decoder/OrvCtrlClient.h"
@@ -60,6 +61,7 @@ void OrvgConnectionSettingsDialog::accept()
         return;
     }
     settings::acceptConnection(*mStore, typed);
+    storeOrTell(*mStore, this);
     QDialog::accept();
 }
 

@@ -6,6 +6,7 @@
 #include "app/OrvgAboutDialog.h"
 #include "app/OrvgConnectionSettingsDialog.h"
 #include "app/SettingsFileCommands.h"
+#include "app/store_or_tell.h"
 #include "app/view_holders.h"
 #include "app/window_layout.h"
 #include "ecu/configuration/network_section.h"
@@ -154,7 +155,7 @@ void TarvioWindow::closeEvent(QCloseEvent* event)
     mWindowState.save(*mSettings);
     // Imported network values that were not accepted in the connection dialog end with the run.
     settings::forgetImportedConnection(*mSettings);
-    mSettings->sync();
+    storeOrTell(*mSettings, this);
     QMainWindow::closeEvent(event);
 }
 

@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <cerrno>
+
 namespace {
 
 // A full disk takes the first bytes without an error: only what it did not take tells.
@@ -17,6 +19,32 @@ bool writeAll(QIODevice& device, const QByteArray& bytes)
         done += written;
     }
     return true;
+}
+
+bool writeAt(QFile& file, qint64 position, const QByteArray& bytes)
+{
+    return file.seek(position) && writeAll(file, bytes);
+}
+
+// The file grows first: where the disk has no room for that, the former bytes are still there.
+FileWriteResult overwrite(QFile& file, const QByteArray& bytes)
+{
+    const auto formerSize = int(file.size());
+    const bool hasGrown = writeAt(file, formerSize, bytes.mid(formerSize));
+    if (hasGrown && writeAt(file, 0, bytes.left(formerSize)) && file.resize(bytes.size()))
+        return {};
+    const FileWriteResult result{FileWriteResult::Outcome::CannotWrite, file.errorString()};
+    if (!hasGrown)
+        file.resize(formerSize);
+    return result;
+}
+
+FileWriteResult writeInPlace(const QString& fileName, const QByteArray& bytes)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered))
+        return {FileWriteResult::Outcome::CannotOpen, file.errorString()};
+    return overwrite(file, bytes);
 }
 
 bool isSpecialFile(const QString& fileName)
@@ -34,11 +62,14 @@ FileWriteResult writeWholeFile(const QString& fileName, const QByteArray& bytes)
         return {Outcome::CannotOpen,
                 QSaveFile::tr("Existing file %1 is not writable").arg(fileName)};
     QSaveFile file(fileName);
-    file.setDirectWriteFallback(true);
     // A buffer would hide the errors: what is left in it is written while committing, which does
     // not look at them.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        const bool folderTakesNone = file.error() == QFileDevice::OpenError && errno == EACCES;
+        if (folderTakesNone && QFile::exists(fileName))
+            return writeInPlace(fileName, bytes);
         return {Outcome::CannotOpen, file.errorString()};
+    }
     if (!writeAll(file, bytes) || !file.commit())
         return {Outcome::CannotWrite, file.errorString()};
     return {};

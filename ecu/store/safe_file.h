@@ -21,7 +21,8 @@ struct FileWriteResult
 
 /// Makes the bytes the content of the file. The former content stays until the new one is complete
 /// on the disk, so that neither a full disk nor a killed program leaves half a file. Only where the
-/// folder takes no new file is an existing one written in place. What is no regular file (a device,
+/// folder takes no new file is an existing one written in place: a full disk leaves that one whole
+/// too, but not the end of the program in the middle. What is no regular file (a device,
 /// a pipe) is never opened: it would be replaced, or wait for a reader.
 FileWriteResult writeWholeFile(const QString& fileName, const QByteArray& bytes);
 

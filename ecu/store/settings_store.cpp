@@ -1,5 +1,7 @@
 #include "ecu/store/settings_store.h"
 
+#include "ecu/store/ini_format.h"
+
 #include <QFileInfo>
 #include <QSettings>
 
@@ -15,16 +17,6 @@ const QString kApplication = QStringLiteral("tarvio");
 // Resources cannot be written: a store below this name lives in memory alone.
 const QString kNowhere = QStringLiteral(":/no-settings-store");
 
-// The file of the store, told without opening it: where it lies is where every other store of the
-// user would.
-QString storeFileName()
-{
-    const QSettings other(kFormat, QSettings::UserScope,
-                          kOrganisation + QStringLiteral("-no-such-store"));
-    const QString folder = QFileInfo(other.fileName()).path();
-    return QStringLiteral("%1/%2/%3.ini").arg(folder, kOrganisation, kApplication);
-}
-
 bool isReadable(const QFileInfo& file)
 {
     return !file.exists() || (file.isFile() && file.size() <= settings::kMaxStoreSize);
@@ -34,18 +26,28 @@ bool isReadable(const QFileInfo& file)
 // store reads this file alone, and none that all programs of the organisation share.
 std::unique_ptr<QSettings> readStore(const QString& fileName)
 {
-    auto store = std::make_unique<QSettings>(fileName, kFormat);
+    const QSettings reader(fileName, kFormat);
     try {
-        store->allKeys(); // Qt puts the reading off until here.
+        reader.allKeys(); // Qt puts the reading off until here.
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
-    return store;
+    // It shares what was read.
+    return std::make_unique<QSettings>(fileName, settings::safeIniFormat());
 }
 
 } // namespace
 
 namespace settings {
+
+// Told without opening it: where it lies is where every other store of the user would.
+QString storeFileName()
+{
+    const QSettings other(kFormat, QSettings::UserScope,
+                          kOrganisation + QStringLiteral("-no-such-store"));
+    const QString folder = QFileInfo(other.fileName()).path();
+    return QStringLiteral("%1/%2/%3.ini").arg(folder, kOrganisation, kApplication);
+}
 
 QSettings* openStore(QObject* parent)
 {
@@ -56,6 +58,14 @@ QSettings* openStore(QObject* parent)
         store = std::make_unique<QSettings>(kNowhere, kFormat);
     store->setParent(parent);
     return store.release();
+}
+
+// A status stays what it was once: another object on the same file has that of this attempt. It
+// writes what waits while it opens.
+bool writeStore(const QSettings& store)
+{
+    const QSettings attempt(store.fileName(), store.format());
+    return attempt.status() != QSettings::AccessError;
 }
 
 bool hasGroup(const QSettings& store, const QString& group)

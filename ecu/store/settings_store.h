@@ -16,6 +16,13 @@ inline constexpr qint64 kMaxStoreSize = 16'777'216;
 /// one then stands for it until the program ends.
 QSettings* openStore(QObject* parent);
 
+/// The name of the file in which the user's store lies, whether it can be read or not.
+QString storeFileName();
+
+/// Writes what was changed to the file at once; false when that is not possible. The changes then
+/// stay in use until the program ends.
+bool writeStore(const QSettings& store);
+
 /// True when the store holds a top-level group of this name.
 bool hasGroup(const QSettings& store, const QString& group);
 

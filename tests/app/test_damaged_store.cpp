@@ -1,5 +1,7 @@
 #include "app/TarvioWindow.h"
+#include "tests/app/usable_window.h"
 #include "tests/support/LoopbackPeer.h"
+#include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/Mutator.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryProfile.h"
@@ -7,9 +9,6 @@
 
 #include <QDockWidget>
 #include <QFileInfo>
-#include <QMdiArea>
-#include <QScreen>
-#include <QSplitter>
 #include <QToolBar>
 #include <QtTest>
 
@@ -37,7 +36,7 @@ private slots:
     void junkInTheFileIsLeftAlone();
     void storeThatIsNoFileIsLeftAlone_data();
     void storeThatIsNoFileIsLeftAlone();
-    void storeThatCannotBeWrittenIsLeftAlone();
+    void storeThatCannotBeWrittenIsLeftAloneAndTold();
 
 private:
     void restore(const QString& key, const QVariant& value)
@@ -79,54 +78,6 @@ QVariantMap stateAfter(Arrange arrange)
     QCoreApplication::processEvents();
     window.close();
     return stateIn(profile);
-}
-
-// As far as it takes to get hold of it.
-bool isOnScreen(const QWidget& window)
-{
-    const QRect visible = window.geometry() & window.screen()->availableGeometry();
-    return visible.width() >= qMin(100, window.width()) &&
-           visible.height() >= qMin(100, window.height()) && !visible.isEmpty();
-}
-
-QString faultOfSplitters(const TarvioWindow& window)
-{
-    for (const QSplitter* splitter : window.findChildren<QSplitter*>()) {
-        if (splitter->isVisible() && splitter->sizes().contains(0))
-            return QStringLiteral("a section of a splitter is gone");
-    }
-    return {};
-}
-
-QString faultOfFloatingParts(const TarvioWindow& window)
-{
-    for (const QWidget* part : window.findChildren<QWidget*>()) {
-        const bool canFloat =
-            qobject_cast<const QDockWidget*>(part) || qobject_cast<const QToolBar*>(part);
-        if (canFloat && part->isWindow() && part->isVisible() && !isOnScreen(*part))
-            return part->objectName() + QStringLiteral(" floats away");
-    }
-    return {};
-}
-
-/// What keeps the window from being used; empty when nothing does.
-QString faultOf(const TarvioWindow& window)
-{
-    // The size that it was made for may exceed the smallest screens, the tests' among them.
-    const QSize largest = QSize(1074, 707).expandedTo(window.screen()->availableSize());
-    if (!window.isVisible() || window.isMinimized())
-        return QStringLiteral("not shown");
-    if (window.width() > largest.width() || window.height() > largest.height())
-        return QStringLiteral("too large: %1 x %2").arg(window.width()).arg(window.height());
-    if (window.width() < 200 || window.height() < 200)
-        return QStringLiteral("too small");
-    if (!isOnScreen(window))
-        return QStringLiteral("not on the screen");
-    if (!window.findChild<QToolBar*>()->isVisible())
-        return QStringLiteral("no tool bar");
-    if (window.findChild<QMdiArea*>()->width() < 100)
-        return QStringLiteral("no room for the views");
-    return faultOfSplitters(window) + faultOfFloatingParts(window);
 }
 
 } // namespace
@@ -316,23 +267,32 @@ void TestDamagedStore::storeThatIsNoFileIsLeftAlone()
     QCOMPARE(faultOf(window), QString());
     QCOMPARE(window.findChild<QSettings*>()->value("network/ecu_ip").toString(),
              QStringLiteral("192.168.1.3"));
+    const MessageBoxWatcher watcher;
     QVERIFY(window.close());
+    QCOMPARE(watcher.boxes().size(), 1);
+    QCOMPARE(watcher.boxes().first().text,
+             QStringLiteral("The settings could not be written to\n%1").arg(name));
     QVERIFY(!QFileInfo(name).isFile());
 }
 
-void TestDamagedStore::storeThatCannotBeWrittenIsLeftAlone()
+void TestDamagedStore::storeThatCannotBeWrittenIsLeftAloneAndTold()
 {
     const QString name = mProfile->fileName();
     const QString folder = QFileInfo(name).path();
     QCOMPARE(::chmod(qPrintable(name), 0400), 0);
     QCOMPARE(::chmod(qPrintable(folder), 0500), 0);
+    const MessageBoxWatcher watcher;
     {
         const OrdinaryUser user;
         TarvioWindow window;
         window.show();
         QCOMPARE(faultOf(window), QString());
+        QVERIFY(watcher.boxes().isEmpty());
         QVERIFY(window.close());
     }
+    QCOMPARE(watcher.boxes().size(), 1);
+    QCOMPARE(watcher.boxes().first().text,
+             QStringLiteral("The settings could not be written to\n%1").arg(name));
     ::chmod(qPrintable(folder), 0700);
     QFile file(name);
     QVERIFY(file.open(QIODevice::ReadOnly));

@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,7 +25,10 @@ private slots:
     void fullDiskKeepsTheFormerFile_data();
     void fullDiskKeepsTheFormerFile();
     void fullDiskLeavesNoNewFile();
+    void fileInAFolderThatTakesNoneIsWrittenInPlace_data();
     void fileInAFolderThatTakesNoneIsWrittenInPlace();
+    void fullDiskKeepsTheFileThatCouldOnlyBeWrittenInPlace();
+    void fileThatSomebodyHoldsOpenIsReplacedBehindTheirBack();
     void newFileInAFolderThatTakesNoneCannotBeOpened();
     void linkStaysALink();
     void permissionsStay();
@@ -112,20 +116,57 @@ void TestSafeFile::fullDiskLeavesNoNewFile()
     QCOMPARE(files(), QStringList());
 }
 
+void TestSafeFile::fileInAFolderThatTakesNoneIsWrittenInPlace_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+
+    QTest::newRow("shorter") << QByteArray("new");
+    QTest::newRow("as long") << QByteArray("latest");
+    QTest::newRow("longer") << QByteArray("new and longer");
+    QTest::newRow("empty") << QByteArray();
+}
+
 void TestSafeFile::fileInAFolderThatTakesNoneIsWrittenInPlace()
+{
+    QFETCH(QByteArray, bytes);
+    const QString file = existing("a.orv");
+    QCOMPARE(::chmod(qPrintable(mFolder->path()), 0500), 0);
+    FileWriteResult result;
+    {
+        const OrdinaryUser user;
+        result = writeWholeFile(file, bytes);
+    }
+    ::chmod(qPrintable(mFolder->path()), 0700);
+    QCOMPARE(result.errorText, QString());
+    QVERIFY(result.isWritten());
+    QCOMPARE(contentOf(file), bytes);
+    QCOMPARE(files(), QStringList{"a.orv"});
+}
+
+void TestSafeFile::fullDiskKeepsTheFileThatCouldOnlyBeWrittenInPlace()
 {
     const QString file = existing("a.orv");
     QCOMPARE(::chmod(qPrintable(mFolder->path()), 0500), 0);
     FileWriteResult result;
     {
         const OrdinaryUser user;
-        result = writeWholeFile(file, "new");
+        const FullDisk fullDisk(512);
+        result = writeWholeFile(file, QByteArray(1000, 'x'));
     }
     ::chmod(qPrintable(mFolder->path()), 0700);
-    QCOMPARE(result.errorText, QString());
-    QVERIFY(result.isWritten());
-    QCOMPARE(contentOf(file), QByteArray("new"));
-    QCOMPARE(files(), QStringList{"a.orv"});
+    QCOMPARE(result.outcome, Outcome::CannotWrite);
+    QCOMPARE(result.errorText, QString("File too large"));
+    QCOMPARE(contentOf(file), QByteArray("former"));
+}
+
+void TestSafeFile::fileThatSomebodyHoldsOpenIsReplacedBehindTheirBack()
+{
+    QFile held(existing("a.orv"));
+    QVERIFY(held.open(QIODevice::ReadWrite));
+    QCOMPARE(::flock(held.handle(), LOCK_EX | LOCK_NB), 0);
+    QVERIFY(writeWholeFile(held.fileName(), "new").isWritten());
+    QCOMPARE(held.readAll(), QByteArray("former"));
+    QCOMPARE(contentOf(held.fileName()), QByteArray("new"));
 }
 
 void TestSafeFile::newFileInAFolderThatTakesNoneCannotBeOpened()

@@ -1,4 +1,7 @@
+#include "ecu/store/ini_format.h"
 #include "ecu/store/settings_store.h"
+#include "tests/support/FullDisk.h"
+#include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryProfile.h"
 
 #include <QDir>
@@ -25,6 +28,16 @@ private slots:
     void hostileValueKeepsNoStoreFromOpening_data();
     void hostileValueKeepsNoStoreFromOpening();
 
+    void valuesOfAllKindsComeBack();
+    void fullDiskKeepsTheFormerStore_data();
+    void fullDiskKeepsTheFormerStore();
+    void diskThatFillsUpAtTheLastBytesIsSeen();
+    void storeThatOpensNoFileIsNotWritten();
+    void roomThatComesBackIsUsed();
+    void readOnlyFileIsNotWritten();
+    void valuesThatAnotherProgramWroteMeanwhileStay();
+    void hostileValueThatComesMeanwhileIsLeftOut();
+
 private:
     QString storeFile()
     {
@@ -38,6 +51,12 @@ private:
         QFile file(storeFile());
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(content), qint64{content.size()});
+    }
+    // Another store on the file would write what waits in the first: the name has to be known.
+    static QByteArray contentOf(const QString& name)
+    {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
     }
     std::unique_ptr<QSettings> openStore()
     {
@@ -145,6 +164,132 @@ void TestSettingsStore::hostileValueKeepsNoStoreFromOpening()
     const auto store = openStore();
     QVERIFY(store);
     QCOMPARE(store->value("main_window/geometry").toByteArray(), QByteArray());
+}
+
+void TestSettingsStore::valuesOfAllKindsComeBack()
+{
+    const QVariantMap values{{"network/ecu_ip", "10.0.0.1"},
+                             {"network/control_port", 50002},
+                             {"main_window/state", QByteArray("\0\xff\n\"=;%", 7)},
+                             {"main_window/geometry", QByteArray()},
+                             {"General/key", QString::fromUtf8("\xc3\xa4 \\ \n,")},
+                             {"top level", QStringList{"a", "b"}},
+                             {"a/b/c", QRect(1, 2, 3, 4)}};
+    {
+        const auto store = openStore();
+        for (auto value = values.cbegin(); value != values.cend(); ++value)
+            store->setValue(value.key(), value.value());
+        QVERIFY(settings::writeStore(*store));
+    }
+    // Under another name Qt cannot know what it has written.
+    const QString other = QFileInfo(storeFile()).path() + "/other.ini";
+    QVERIFY(QFile::copy(storeFile(), other));
+    const QSettings read(other, QSettings::IniFormat);
+    QCOMPARE(read.allKeys().size(), values.size());
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
+        QVariant found = read.value(value.key());
+        QVERIFY2(found.convert(int(value.value().type())), qPrintable(value.key()));
+        QCOMPARE(found, value.value());
+    }
+}
+
+void TestSettingsStore::fullDiskKeepsTheFormerStore_data()
+{
+    QTest::addColumn<int>("room");
+
+    // The file of one address is 26 bytes long, Qt's lock file less than 200.
+    QTest::newRow("for nothing") << 0;
+    QTest::newRow("for a lock file") << 300;
+    QTest::newRow("for a part") << 600;
+    QTest::newRow("for all but one byte") << 26 + 1016 - 1;
+}
+
+void TestSettingsStore::fullDiskKeepsTheFormerStore()
+{
+    QFETCH(int, room);
+    const QString name = storeFile();
+    const auto store = openStore();
+    store->setValue("network/ecu_ip", "10.0.0.1");
+    QVERIFY(settings::writeStore(*store));
+    const QByteArray former("[network]\necu_ip=10.0.0.1\n");
+    QCOMPARE(contentOf(name), former);
+    store->setValue("network/long", QString(1010, 'x'));
+    {
+        const FullDisk disk{rlim_t(room)};
+        QVERIFY(!settings::writeStore(*store));
+        store->sync();
+    }
+    QCOMPARE(contentOf(name), former);
+    QCOMPARE(store->value("network/long").toString().size(), 1010);
+}
+
+// As much as it takes before it has to write.
+void TestSettingsStore::diskThatFillsUpAtTheLastBytesIsSeen()
+{
+    QFile full(QStringLiteral("/dev/full"));
+    QVERIFY(full.open(QIODevice::WriteOnly));
+    QVERIFY(!settings::writeIni(full, {{"network/ecu_ip", "10.0.0.1"}}));
+}
+
+void TestSettingsStore::storeThatOpensNoFileIsNotWritten()
+{
+    const QString name = storeFile();
+    create("pipe", name);
+    const auto store = openStore();
+    QVERIFY(settings::writeStore(*store));
+    store->setValue("network/ecu_ip", "10.0.0.1");
+    QVERIFY(!settings::writeStore(*store));
+    QCOMPARE(settings::storeFileName(), name);
+}
+
+void TestSettingsStore::roomThatComesBackIsUsed()
+{
+    const QString name = storeFile();
+    const auto store = openStore();
+    store->setValue("network/long", QString(1000, 'x'));
+    {
+        const FullDisk disk(300);
+        QVERIFY(!settings::writeStore(*store));
+        store->sync();
+        QCOMPARE(store->status(), QSettings::AccessError);
+    }
+    QVERIFY(settings::writeStore(*store));
+    QVERIFY(contentOf(name).contains("xxx"));
+}
+
+void TestSettingsStore::readOnlyFileIsNotWritten()
+{
+    write("[network]\necu_ip=10.0.0.1\n");
+    QCOMPARE(::chmod(qPrintable(storeFile()), 0400), 0);
+    const OrdinaryUser user;
+    const QString name = storeFile();
+    const auto store = openStore();
+    QVERIFY(settings::writeStore(*store));
+    store->setValue("network/ecu_ip", "10.0.0.2");
+    QVERIFY(!settings::writeStore(*store));
+    QCOMPARE(contentOf(name), QByteArray("[network]\necu_ip=10.0.0.1\n"));
+}
+
+void TestSettingsStore::valuesThatAnotherProgramWroteMeanwhileStay()
+{
+    write("[network]\necu_ip=10.0.0.1\n");
+    const QString name = storeFile();
+    const auto store = openStore();
+    write("[network]\necu_ip=10.0.0.1\nhost_ip=10.0.0.3\n");
+    store->setValue("network/ecu_ip", "10.0.0.2");
+    QVERIFY(settings::writeStore(*store));
+    QCOMPARE(contentOf(name), QByteArray("[network]\necu_ip=10.0.0.2\nhost_ip=10.0.0.3\n"));
+}
+
+void TestSettingsStore::hostileValueThatComesMeanwhileIsLeftOut()
+{
+    write("[network]\necu_ip=10.0.0.1\n");
+    const QString name = storeFile();
+    const auto store = openStore();
+    write("[main_window]\ngeometry=\"@Variant(\\0\\0\\0\\x9\\x7f\\xff\\xff\\xff)\"\n");
+    store->setValue("network/ecu_ip", "10.0.0.2");
+    store->sync();
+    QCOMPARE(contentOf(name), QByteArray("[network]\necu_ip=10.0.0.2\n"));
 }
 
 QTEST_GUILESS_MAIN(TestSettingsStore)
