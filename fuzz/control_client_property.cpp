@@ -1,5 +1,6 @@
 #include "fuzz/InputScript.h"
 #include "fuzz/ecu_properties.h"
+#include "fuzz/seeded_records.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/constants.h"
 #include "tests/support/ScriptedControlSocket.h"
@@ -43,37 +44,6 @@ struct Question
     std::optional<std::uint8_t> sensor = {};
 };
 
-// Two seeds give different records.
-std::vector<orv::MseqStep> sequenceOf(std::uint8_t seed)
-{
-    return std::vector<orv::MseqStep>(seed % orv::kMaxStepCount + 1U,
-                                      {.valid = true, .activeMask = seed});
-}
-
-orv::SensorThreshold thresholdOf(std::uint8_t seed, std::uint8_t sensor)
-{
-    orv::SensorThreshold threshold{.valid = true, .sensorId = sensor, .scale = 1};
-    threshold.entries.fill(seed);
-    return threshold;
-}
-
-orv::SensorMountPositions positionsOf(std::uint8_t seed)
-{
-    orv::SensorMountPositions positions;
-    positions.fill({.x = seed, .y = static_cast<std::int16_t>(-seed), .height = 500});
-    return positions;
-}
-
-Bytes payloadOf(const std::vector<orv::MseqStep>& steps)
-{
-    Bytes payload{static_cast<std::uint8_t>(steps.size())};
-    for (const orv::MseqStep& step : steps) {
-        const Bytes bytes = orv::encodeStep(step);
-        payload.insert(payload.end(), bytes.begin(), bytes.end());
-    }
-    return payload;
-}
-
 /// A client on a channel that an input tells the replies of.
 class Session
 {
@@ -96,7 +66,6 @@ public:
 
 private:
     bool operationHolds(unsigned operation);
-    bool otherOperationHolds(unsigned operation, std::uint8_t seed);
     bool writeHolds(unsigned operation, std::uint8_t seed);
 
     Bytes datagram(Arrival arrival, const Question& question);
@@ -111,6 +80,13 @@ private:
         const bool done = (mClient.*read)(record);
         return outcomeHolds(fate, done) && (done || record == before) &&
                (fate != Fate::Succeeds || record == answer);
+    }
+
+    template<typename Write>
+    bool isAcknowledged(const Question& question, Write write)
+    {
+        const Fate fate = queueReplies(question);
+        return outcomeHolds(fate, write(mClient));
     }
 
     bool thresholdsHold(std::uint8_t seed);
@@ -227,26 +203,26 @@ bool Session::writeHolds(unsigned operation, std::uint8_t seed)
 {
     const auto sensor = static_cast<std::uint8_t>(seed % orv::kSensorCount);
     switch (operation) {
-    case 6: {
-        const Fate fate = queueReplies({ControlCommand::MeasurementSequence});
-        return outcomeHolds(fate, mClient.writeMeasurementSequence(sequenceOf(seed)));
-    }
-    case 7: {
-        const Fate fate = queueReplies({.command = ControlCommand::Thresholds, .sensor = sensor});
-        return outcomeHolds(fate, mClient.writeThresholds(thresholdOf(seed, sensor), seed % 2));
-    }
-    case 8: {
-        const Fate fate = queueReplies({ControlCommand::NetworkSettings});
-        return outcomeHolds(fate, mClient.writeNetworkSettings({.ecuIp = seed}));
-    }
-    case 9: {
-        const Fate fate = queueReplies({ControlCommand::SensorPositions});
-        return outcomeHolds(fate, mClient.writeSensorPositions(positionsOf(seed)));
-    }
-    default: {
-        const Fate fate = queueReplies({ControlCommand::AutoCalibration});
-        return outcomeHolds(fate, mClient.startAutoCalibration(sensor));
-    }
+    case 6:
+        return isAcknowledged({ControlCommand::MeasurementSequence}, [=](auto& client) {
+            return client.writeMeasurementSequence(sequenceOf(seed));
+        });
+    case 7:
+        return isAcknowledged(
+            {.command = ControlCommand::Thresholds, .sensor = sensor}, [=](auto& client) {
+                return client.writeThresholds(thresholdOf(seed, sensor), seed % 2);
+            });
+    case 8:
+        return isAcknowledged({ControlCommand::NetworkSettings}, [=](auto& client) {
+            return client.writeNetworkSettings({.ecuIp = seed});
+        });
+    case 9:
+        return isAcknowledged({ControlCommand::SensorPositions}, [=](auto& client) {
+            return client.writeSensorPositions(positionsOf(seed));
+        });
+    default:
+        return isAcknowledged({ControlCommand::AutoCalibration},
+                              [=](auto& client) { return client.startAutoCalibration(sensor); });
     }
 }
 

@@ -23,6 +23,7 @@ bool settingsStoreHolds(std::span<const std::uint8_t> bytes);
 bool controlClientHolds(std::span<const std::uint8_t> bytes);
 
 /// The bytes tell what arrives on the streams and the control channel of a supervised link, what
-/// time passes and what is done meanwhile: the ECU is found and lost in turn, the state is what the
-/// last record and probe say, and afterwards an ECU that answers is found and heard.
+/// time passes and what is done meanwhile: records are handed on in their turn, each change of the
+/// state is told once, the first contact comes once, and afterwards an ECU that answers is found,
+/// heard and brings its own data.
 bool linkSupervisorHolds(std::span<const std::uint8_t> bytes);

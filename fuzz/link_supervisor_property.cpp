@@ -1,9 +1,12 @@
 #include "ecu/configuration/EcuConfiguration.h"
 #include "fuzz/InputScript.h"
+#include "fuzz/SentRecords.h"
 #include "fuzz/ecu_properties.h"
 #include "tests/ecu/link/LinkFixture.h"
 
-#include <deque>
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace {
 
@@ -31,31 +34,6 @@ Bytes answerTo(const orv::ControlRequest& request)
 {
     return orv::encodeReply(request.code, Bytes{kFirmware, 14, 0}, 0);
 }
-
-/// What was streamed and decodes, until it is handed on: some may be lost, none may be made up or
-/// come out of its turn.
-template<typename T>
-class Stream
-{
-public:
-    void send(const Bytes& datagram)
-    {
-        if (const auto record = orv::decodeDatagram<T>(datagram))
-            mSent.push_back(*record);
-    }
-
-    bool takes(const T& record)
-    {
-        const auto found = std::ranges::find(mSent, record);
-        if (found == mSent.end())
-            return false;
-        mSent.erase(mSent.begin(), found + 1);
-        return true;
-    }
-
-private:
-    std::deque<T> mSent;
-};
 
 /// A supervised link, and what is noticed of it.
 class WatchedLink
@@ -92,10 +70,10 @@ private:
     LoopbackPeer mNobody; // an address at which no ECU is
     Manner mManner = Manner::Silent;
     Bytes mOddReply;
-    Stream<orv::OrvMeasurementResult> mMeasurements;
-    Stream<orv::OrvFreespacePackage> mFreespaces;
+    SentRecords<orv::OrvMeasurementResult> mMeasurements;
+    SentRecords<orv::OrvFreespacePackage> mFreespaces;
     State mToldState = State::Disconnected;
-    bool mIsLost = true; // told last, and nothing was heard since
+    bool mIsFound = false;
     int mFirstContacts = 0;
     bool mHolds = true;
 };
@@ -104,22 +82,16 @@ void WatchedLink::watch()
 {
     const LinkSupervisor* supervisor = mFixture.supervisor.get();
     QObject::connect(supervisor, &LinkSupervisor::measurementReceived, supervisor,
-                     [this](const auto& result) {
-                         note(mMeasurements.takes(result));
-                         mIsLost = false;
-                     });
+                     [this](const auto& result) { note(mMeasurements.takes(result)); });
     QObject::connect(supervisor, &LinkSupervisor::freespaceReceived, supervisor,
-                     [this](const auto& package) {
-                         note(mFreespaces.takes(package));
-                         mIsLost = false;
-                     });
+                     [this](const auto& package) { note(mFreespaces.takes(package)); });
     QObject::connect(supervisor, &LinkSupervisor::stateChanged, supervisor, [=, this](State state) {
         note(state == supervisor->state() && state != std::exchange(mToldState, state));
     });
-    QObject::connect(supervisor, &LinkSupervisor::found, supervisor, [this] { mIsLost = false; });
+    QObject::connect(supervisor, &LinkSupervisor::found, supervisor, [this] { mIsFound = true; });
     // As the window does, which blocks inside the signal.
     QObject::connect(supervisor, &LinkSupervisor::firstContact, supervisor, [this] {
-        note(!mIsLost && ++mFirstContacts == 1);
+        note(mIsFound && ++mFirstContacts == 1);
         EcuConfiguration().readFrom(mFixture.link->client());
     });
 }
@@ -180,18 +152,15 @@ void WatchedLink::happen()
     }
 }
 
+// Either stream may have taken over the other's port.
 void WatchedLink::stream()
 {
     const bool isMeasurement = mScript.flag();
     Bytes datagram = mScript.block();
     datagram.resize(std::min(datagram.size(), orv::kMaxDatagramSize));
-    if (isMeasurement) {
-        mMeasurements.send(datagram);
-        mFixture.ecu.stream(mFixture.receivePort, datagram);
-    } else {
-        mFreespaces.send(datagram);
-        mFixture.ecu.stream(mFixture.freespacePort, datagram);
-    }
+    mMeasurements.send(datagram);
+    mFreespaces.send(datagram);
+    mFixture.ecu.stream(isMeasurement ? mFixture.receivePort : mFixture.freespacePort, datagram);
 }
 
 void WatchedLink::operate()

@@ -4,6 +4,7 @@
 #include "ecu/configuration/EcuConfiguration.h"
 #include "ecu/configuration/SettingsFile.h"
 #include "ecu/store/ConnectionSettings.h"
+#include "fuzz/ScriptText.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/TemporaryProfile.h"
 #include "tests/support/TestClock.h"
@@ -23,33 +24,6 @@ constexpr double kSecondsBetweenRecords = 0.4;
 constexpr int kRecords = 6;
 
 const ecusim::Scene kScene(ecusim::SceneKind::Car);
-
-/// The counterpart of InputScript.
-class ScriptText
-{
-public:
-    ScriptText& byte(unsigned value)
-    {
-        mText.append(static_cast<char>(value));
-        return *this;
-    }
-
-    ScriptText& word(unsigned value) { return byte(value >> 8 & 0xFF).byte(value & 0xFF); }
-
-    ScriptText& block(const Bytes& bytes)
-    {
-        word(static_cast<unsigned>(bytes.size()));
-        mText.append(reinterpret_cast<const char*>(bytes.data()), static_cast<int>(bytes.size()));
-        return *this;
-    }
-
-    ScriptText& block(const QByteArray& bytes) { return block(Bytes(bytes.begin(), bytes.end())); }
-
-    const QByteArray& text() const { return mText; }
-
-private:
-    QByteArray mText;
-};
 
 class Corpus
 {
