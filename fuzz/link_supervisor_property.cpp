@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -35,12 +36,24 @@ Bytes answerTo(const orv::ControlRequest& request)
     return orv::encodeReply(request.code, Bytes{kFirmware, 14, 0}, 0);
 }
 
+// Below those that the system picks: in a million links it would pick one twice, or give a port to
+// another socket while its stream is elsewhere.
+std::pair<std::uint16_t, std::uint16_t> portsOfThisProcess()
+{
+    const auto first = static_cast<std::uint16_t>(20'000 + 2 * (::getpid() % 5000));
+    return {first, static_cast<std::uint16_t>(first + 1)};
+}
+
 /// A supervised link, and what is noticed of it.
 class WatchedLink
 {
 public:
     explicit WatchedLink(std::span<const std::uint8_t> bytes) : mScript(bytes)
     {
+        const auto [receivePort, freespacePort] = portsOfThisProcess();
+        mFixture.receivePort = receivePort;
+        mFixture.freespacePort = freespacePort;
+        mFixture.connectLink();
         mFixture.ecu.setHandler([this](const auto& request) { return reply(request); });
         watch();
         mFixture.supervisor->start();
