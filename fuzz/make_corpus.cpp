@@ -186,6 +186,12 @@ void addViews(const Corpus& corpus)
         plot.byte(0).block(datagram).byte(3);
     }
     corpus.add("live_view", "simulated", live);
+    // More results than the timelines have room for.
+    ScriptText narrow;
+    narrow.byte(3).byte(110).byte(100);
+    for (const Bytes& datagram : measurements())
+        narrow.byte(0).block(datagram).byte(2);
+    corpus.add("live_view", "narrow", narrow);
     corpus.add("live_view", "resized",
                live.byte(3).byte(90).byte(40).byte(0).block(measurements().back()).byte(4).byte(3));
     corpus.add("plot", "simulated", plot);
