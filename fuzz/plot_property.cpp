@@ -19,6 +19,7 @@ public:
     {
         for (OrvgPlotWidget& plot : mPlots)
             showUnseen(plot, {300, 150});
+        mPlots.back().setUpdatesEnabled(false); // not even what was put off paints it
     }
 
     void happen(InputScript& script)
@@ -37,7 +38,11 @@ public:
         }
     }
 
-    bool lookAlike() { return painted(mPlots.front()) == painted(mPlots.back()); }
+    bool lookAlike()
+    {
+        mPlots.back().setUpdatesEnabled(true);
+        return painted(mPlots.front()) == painted(mPlots.back());
+    }
 
 private:
     template<typename Change>
