@@ -10,3 +10,12 @@ if(TARVIO_COVERAGE)
   add_compile_options(--coverage)
   add_link_options(--coverage)
 endif()
+# What a fuzzer cannot see into, it cannot lead its inputs through.
+if(TARVIO_BUILD_FUZZERS)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "TARVIO_BUILD_FUZZERS needs clang")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined
+    -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

@@ -6,6 +6,7 @@
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryProfile.h"
 #include "tests/support/TestClock.h"
+#include "tests/support/window_faults.h"
 
 #include <QDockWidget>
 #include <QFileInfo>

@@ -38,6 +38,9 @@ public:
     /// Answers every request that has come by now; for one that serves on demand.
     void serveWaiting();
 
+    /// Sends a frame to whoever asked last: once more, or too late. For one that serves on demand.
+    void replyAgain(const Frame& frame) { mPeer.reply(frame); }
+
     /// Every request so far whose checksum was right.
     std::vector<orv::ControlRequest> requests() const;
     void forgetRequests();

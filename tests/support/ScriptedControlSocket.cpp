@@ -23,7 +23,12 @@ void ScriptedControlSocket::queueTimeout()
 void ScriptedControlSocket::alsoReply(std::uint8_t code, const std::vector<std::uint8_t>& payload,
                                       std::uint8_t status)
 {
-    mExchanges.back().push_back(orv::encodeReply(code, payload, status));
+    alsoRaw(orv::encodeReply(code, payload, status));
+}
+
+void ScriptedControlSocket::alsoRaw(std::vector<std::uint8_t> frame)
+{
+    mExchanges.back().push_back(std::move(frame));
 }
 
 bool ScriptedControlSocket::sendReceive(std::vector<std::uint8_t>& buffer)

@@ -22,6 +22,8 @@ public:
     /// Lets this correct reply come too, in the exchange that was queued last.
     void alsoReply(std::uint8_t code, const std::vector<std::uint8_t>& payload,
                    std::uint8_t status = 0);
+    /// The same for bytes as they are.
+    void alsoRaw(std::vector<std::uint8_t> frame);
 
     /// Every request frame so far, checksum included.
     const std::vector<std::vector<std::uint8_t>>& requests() const { return mRequests; }
