@@ -1,5 +1,4 @@
 #include "app/TarvioWindow.h"
-#include "tests/app/usable_window.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/Mutator.h"

@@ -1,12 +1,12 @@
 #include "app/TarvioWindow.h"
 #include "ecu/store/ConnectionSettings.h"
 #include "ecu/store/ip_address.h"
-#include "tests/app/usable_window.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/MessageBoxWatcher.h"
 #include "tests/support/Mutator.h"
 #include "tests/support/TemporaryProfile.h"
 #include "tests/support/TestClock.h"
+#include "tests/support/window_faults.h"
 
 #include <QDockWidget>
 #include <QFileInfo>

@@ -17,13 +17,34 @@ bool isOnScreen(const QWidget& window)
            visible.height() >= qMin(100, window.height()) && !visible.isEmpty();
 }
 
-QString faultOfSplitters(const QMainWindow& window)
+QSize smallestOf(const QWidget& view)
 {
-    for (const QSplitter* splitter : window.findChildren<QSplitter*>()) {
-        if (splitter->isVisible() && splitter->sizes().contains(0))
-            return QStringLiteral("a section of a splitter is gone");
+    return view.minimumSizeHint().expandedTo(view.minimumSize()).boundedTo(view.maximumSize());
+}
+
+QString faultOfSplitter(const QSplitter& splitter)
+{
+    const bool isWide = splitter.orientation() == Qt::Horizontal;
+    for (int section = 0; section < splitter.count(); ++section) {
+        const QWidget& view = *splitter.widget(section);
+        const int least = isWide ? smallestOf(view).width() : smallestOf(view).height();
+        if (splitter.sizes().at(section) < qMax(1, least))
+            return QStringLiteral("a section of %1 has %2 of %3 pixels")
+                .arg(splitter.parentWidget()->metaObject()->className())
+                .arg(splitter.sizes().at(section))
+                .arg(least);
     }
     return {};
+}
+
+QString faultOfSplitters(const QMainWindow& window)
+{
+    QString fault;
+    for (const QSplitter* splitter : window.findChildren<QSplitter*>()) {
+        if (splitter->isVisible())
+            fault += faultOfSplitter(*splitter);
+    }
+    return fault;
 }
 
 QString faultOfFloatingParts(const QMainWindow& window)
