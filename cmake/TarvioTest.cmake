@@ -14,7 +14,7 @@ function(tarvio_test_environment name)
     HOME=${profile}
     # As without a sanitizer: what no memory could hold is refused, and the program goes on.
     ASAN_OPTIONS=allocator_may_return_null=1
-    TSAN_OPTIONS=suppressions=${suppressions}/tsan-suppressions.txt
+    TSAN_OPTIONS=allocator_may_return_null=1:suppressions=${suppressions}/tsan-suppressions.txt
     LSAN_OPTIONS=suppressions=${suppressions}/lsan-suppressions.txt:print_suppressions=0
     ${ARGN})
   set_tests_properties(${name} PROPERTIES TIMEOUT 300 ENVIRONMENT "${environment}")

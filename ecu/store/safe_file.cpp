@@ -33,7 +33,7 @@ FileWriteResult overwrite(QFile& file, const QByteArray& bytes)
     const bool hasGrown = writeAt(file, formerSize, bytes.mid(formerSize));
     if (hasGrown && writeAt(file, 0, bytes.left(formerSize)) && file.resize(bytes.size()))
         return {};
-    const FileWriteResult result{FileWriteResult::Outcome::CannotWrite, file.errorString()};
+    FileWriteResult result{FileWriteResult::Outcome::CannotWrite, file.errorString()};
     if (!hasGrown)
         file.resize(formerSize);
     return result;

@@ -1,5 +1,6 @@
 #include "tests/support/AllocationCounter.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <malloc.h>
 #include <new>
@@ -10,9 +11,10 @@ extern "C" const char etext;
 
 namespace {
 
-bool isCounting = false;
-std::size_t allocationCount = 0;
-std::ptrdiff_t bytesHeld = 0;
+// Every thread of a test allocates.
+std::atomic<bool> isCounting = false;
+std::atomic<std::size_t> allocationCount = 0;
+std::atomic<std::ptrdiff_t> bytesHeld = 0;
 
 bool isCounted(const void* caller)
 {

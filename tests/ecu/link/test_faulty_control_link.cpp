@@ -8,6 +8,7 @@
 
 #include <QtTest>
 
+#include <atomic>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -71,7 +72,7 @@ private:
     std::unique_ptr<orv::OrvCtrlSocket> mSocket;
     std::unique_ptr<orv::OrvCtrlClient> mClient;
     int mDescriptor = -1;
-    std::uint16_t mLocalPort = 0;
+    std::atomic<std::uint16_t> mLocalPort = 0; // the ECU's thread asks for it too
 };
 
 void TestFaultyControlLink::cleanup()
@@ -194,8 +195,8 @@ void TestFaultyControlLink::doubledSuccessDoesNotHideARefusal()
 // Late replies come between a request and its answer.
 void TestFaultyControlLink::lateReplyInTheMiddleOfAWholeRead()
 {
-    LoopbackEcu ecu;
     LoopbackPeer late;
+    LoopbackEcu ecu;
     ecu.setHandler([&](const orv::ControlRequest& request) {
         if (request.code != 1)
             return orv::encodeReply(request.code, LoopbackEcu::Frame{2, 14, 0}, 0);
@@ -214,8 +215,8 @@ void TestFaultyControlLink::lateReplyInTheMiddleOfAWholeRead()
 
 void TestFaultyControlLink::lateReplyDoesNotHideARefusal()
 {
-    LoopbackEcu ecu;
     LoopbackPeer late;
+    LoopbackEcu ecu;
     ecu.setHandler([&](const orv::ControlRequest& request) {
         if (request.code != 1)
             return orv::encodeReply(request.code, LoopbackEcu::Frame{2, 14, 0}, 0);
@@ -232,7 +233,7 @@ void TestFaultyControlLink::floodOfTheControlPort()
 {
     connectTo({});
     QVERIFY(mClient->writeThresholds(recordOf(7, 2), true));
-    std::thread flood([port = mLocalPort] {
+    std::thread flood([port = mLocalPort.load()] {
         LoopbackPeer peer;
         for (int i = 0; i < 20000; ++i)
             peer.sendTo(port, std::vector<std::uint8_t>(static_cast<std::size_t>(i % 100), 0x55));
