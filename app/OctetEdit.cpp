@@ -76,7 +76,7 @@ void OctetEdit::contextMenuEvent(QContextMenuEvent* event)
     QMenu* menu = createStandardContextMenu();
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const QString pasteText = QLineEdit::tr("&Paste");
-    for (const QAction* action : menu->actions()) {
+    for (const auto actions = menu->actions(); const QAction* action : actions) {
         if (action->text().startsWith(pasteText))
             connect(action, &QAction::triggered, this,
                     [this] { announceAddress(QApplication::clipboard()->text()); });

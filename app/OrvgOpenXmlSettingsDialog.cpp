@@ -17,7 +17,8 @@ OrvgOpenXmlSettingsDialog::OrvgOpenXmlSettingsDialog(QWidget* parent)
     : QDialog(parent), mUi(std::make_unique<Ui::OrvgOpenXmlSettingsDialog>())
 {
     mUi->setupUi(this);
-    for (QCheckBox* box : mUi->mImportMaskGroupBox->findChildren<QCheckBox*>())
+    const auto boxes = mUi->mImportMaskGroupBox->findChildren<QCheckBox*>();
+    for (QCheckBox* box : boxes)
         mCheckBoxes.insert(box->property(kSectionProperty).toString(), box);
     setImportEnabled(false);
     connect(mUi->mBrowseButton, &QPushButton::clicked, this, &OrvgOpenXmlSettingsDialog::onBrowse);

@@ -8,7 +8,7 @@ QStringList failuresOf(const QVector<ConfigurationPart>& parts,
                        std::function<bool()> EcuTransfer::*operation)
 {
     QStringList failures;
-    for (const EcuTransfer& transfer : transfersInTurn(parts)) {
+    for (const auto transfers = transfersInTurn(parts); const EcuTransfer& transfer : transfers) {
         if (!(transfer.*operation)())
             failures.append(transfer.name);
     }

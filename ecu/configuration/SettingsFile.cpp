@@ -149,7 +149,8 @@ ImportReport SettingsFile::read(const QString& fileName, const Selection& isSele
 QStringList SettingsFile::sectionsOf(const QString& fileName)
 {
     QStringList names;
-    for (const SectionText& section : cutFile(fileName).sections)
+    const auto sections = cutFile(fileName).sections;
+    for (const SectionText& section : sections)
         names.append(section.element);
     return names;
 }

@@ -86,7 +86,7 @@ bool readIni(QIODevice& device, QSettings::SettingsMap& values)
         return false;
     const QSettings ini(scratch.name(), QSettings::IniFormat);
     try {
-        for (const QString& key : ini.allKeys())
+        for (const QStringList keys = ini.allKeys(); const QString& key : keys)
             values.insert(key, ini.value(key));
     } catch (const std::bad_alloc&) { // A value claims to be longer than any memory.
         return false;

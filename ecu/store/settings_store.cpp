@@ -28,7 +28,9 @@ std::unique_ptr<QSettings> readStore(const QString& fileName)
 {
     const QSettings reader(fileName, kFormat);
     try {
-        reader.allKeys(); // Qt puts the reading off until here.
+        // Qt puts the reading off until here.
+        // cppcheck-suppress ignoredReturnValue ; asked for what asking does
+        reader.allKeys();
     } catch (const std::bad_alloc&) {
         return nullptr;
     }

@@ -73,7 +73,8 @@ std::uint64_t OptionReader::seed(const char* name, std::uint64_t otherwise) cons
 std::uint16_t OptionReader::sensorMask(const char* name) const
 {
     std::uint16_t mask = 0;
-    for (const QString& item : isSet(name) ? text(name).split(QLatin1Char(',')) : QStringList())
+    const QStringList items = isSet(name) ? text(name).split(QLatin1Char(',')) : QStringList();
+    for (const QString& item : items)
         mask |= static_cast<std::uint16_t>(1U << (integer(name, item, 1, orv::kSensorCount) - 1));
     return mask;
 }
@@ -81,7 +82,8 @@ std::uint16_t OptionReader::sensorMask(const char* name) const
 std::map<std::uint8_t, std::uint8_t> OptionReader::statuses(const char* name) const
 {
     std::map<std::uint8_t, std::uint8_t> statuses;
-    for (const QString& item : mParser.values(QLatin1String(name))) {
+    const QStringList items = mParser.values(QLatin1String(name));
+    for (const QString& item : items) {
         const QStringList sides = item.split(QLatin1Char('='));
         if (sides.size() != 2)
             refuse(name, QStringLiteral("CODE=STATUS"));

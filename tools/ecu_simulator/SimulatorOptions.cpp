@@ -160,7 +160,7 @@ std::optional<cli::Playback> readReplay(const OptionReader& reader)
 {
     if (reader.isSet("replay"))
         return cli::readPlayback(reader, reader.text("replay"));
-    for (const QCommandLineOption& option : cli::playbackOptions()) {
+    for (const auto options = cli::playbackOptions(); const QCommandLineOption& option : options) {
         const QString name = option.names().constFirst();
         if (reader.isSet(name.toLatin1().constData()))
             throw std::invalid_argument(

@@ -55,7 +55,7 @@ QCommandLineOption PartSelection::option()
 
 PartSelection::PartSelection(const QCommandLineParser& parser)
 {
-    for (const QString& word : parser.values(kOption))
+    for (const QStringList words = parser.values(kOption); const QString& word : words)
         mElements += elementOf(word);
 }
 

@@ -56,12 +56,12 @@ void addStep(Changes& changes, const QString& step, const SequenceStep& from,
              const SequenceStep& to)
 {
     const auto name = [&step](const char* what) { return step + QLatin1String(what); };
-    changes.add(name(", mode"), modeWords()[static_cast<int>(modeOf(from))],
-                modeWords()[static_cast<int>(modeOf(to))]);
+    changes.add(name(", mode"), modeWords().at(static_cast<int>(modeOf(from))),
+                modeWords().at(static_cast<int>(modeOf(to))));
     for (int sensor = 0; sensor < orv::kSensorCount; ++sensor)
         changes.add(step + QStringLiteral(", ") + sensorName(static_cast<std::size_t>(sensor)),
-                    stateWords()[static_cast<int>(stateOf(from, sensor))],
-                    stateWords()[static_cast<int>(stateOf(to, sensor))]);
+                    stateWords().at(static_cast<int>(stateOf(from, sensor))),
+                    stateWords().at(static_cast<int>(stateOf(to, sensor))));
     if (!changes.lines().isEmpty())
         return;
     changes.add(name(", send mask"), maskText(from.sendMask), maskText(to.sendMask));

@@ -13,7 +13,8 @@ QVector<EcuTransfer> transfersOf(EcuConfiguration& configuration, orv::OrvCtrlCl
                                  const std::function<bool(const QString& element)>& isWanted)
 {
     QVector<ConfigurationPart> selected;
-    for (const ConfigurationPart& part : ecuParts(holdersOf(configuration, &client))) {
+    const auto parts = ecuParts(holdersOf(configuration, &client));
+    for (const ConfigurationPart& part : parts) {
         if (isWanted(part.element))
             selected += part;
     }
@@ -26,7 +27,8 @@ QVector<PartOutcome> exchange(const QStringList& elements, EcuConfiguration& con
 {
     QVector<PartOutcome> outcomes;
     const auto isGiven = [&](const QString& element) { return elements.contains(element); };
-    for (const EcuTransfer& transfer : transfersOf(configuration, client, isGiven)) {
+    const auto transfers = transfersOf(configuration, client, isGiven);
+    for (const EcuTransfer& transfer : transfers) {
         const bool isDone = (transfer.*operation)();
         outcomes +=
             {transfer.name, isDone ? QString() : QString::fromStdString(client.lastError())};
@@ -54,7 +56,8 @@ QStringList otherParts(const QStringList& elements, orv::OrvCtrlClient& client)
     EcuConfiguration notExchanged;
     const auto isOther = [&](const QString& element) { return !elements.contains(element); };
     QStringList names;
-    for (const EcuTransfer& transfer : transfersOf(notExchanged, client, isOther))
+    const auto transfers = transfersOf(notExchanged, client, isOther);
+    for (const EcuTransfer& transfer : transfers)
         names += transfer.name;
     return names;
 }
@@ -63,7 +66,8 @@ EcuConfiguration readFromEcu(const QStringList& elements, orv::OrvCtrlClient& cl
 {
     EcuConfiguration configuration;
     QStringList failures;
-    for (const PartOutcome& part : readParts(elements, configuration, client)) {
+    const auto outcomes = readParts(elements, configuration, client);
+    for (const PartOutcome& part : outcomes) {
         if (!part.isDone())
             failures += QStringLiteral("%1 (%2)").arg(part.name, part.error);
     }

@@ -32,13 +32,13 @@ public:
     Envelope(orv::OrvCtrlClient& client, const RecordingSettings& settings, Console& console)
         : mRun(&client), mSettings(settings)
     {
-        QObject::connect(&mRun, &RecordingRun::started, [this] {
+        QObject::connect(&mRun, &RecordingRun::started, &mRun, [this] {
             mHasBegun = true;
             mSamples.clear();
         });
-        QObject::connect(&mRun, &RecordingRun::heard,
+        QObject::connect(&mRun, &RecordingRun::heard, &mRun,
                          [this](const auto& echoes) { mSamples.add(echoes); });
-        QObject::connect(&mRun, &RecordingRun::windowMoved,
+        QObject::connect(&mRun, &RecordingRun::windowMoved, &mRun,
                          [&console](const orv::SensorThreshold&, std::uint32_t position) {
                              console.progress(QStringLiteral("Position %1 of %2")
                                                   .arg(std::min(position, kEndPosition))
@@ -50,8 +50,9 @@ public:
     std::optional<RecordingRun::Ending> record(LiveReception& reception)
     {
         std::optional<RecordingRun::Ending> ending;
-        QObject::connect(&mRun, &RecordingRun::ended, [&](RecordingRun::Ending how) {
-            ending = how;
+        const QObject listener; // its end is that of the connection
+        QObject::connect(&mRun, &RecordingRun::ended, &listener, [&](RecordingRun::Ending how) {
+            ending = how; // clazy:exclude=lambda-in-connect ; the listener ends first
             reception.end();
         });
         mRun.start();

@@ -31,7 +31,7 @@ QStringList remainingChanges(const FileConfiguration& file, orv::OrvCtrlClient& 
 
 ExitStatus showChanges(const FileConfiguration& file, orv::OrvCtrlClient& client, Console& console)
 {
-    for (const QString& line : remainingChanges(file, client))
+    for (const auto lines = remainingChanges(file, client); const QString& line : lines)
         console.print(line);
     return ExitStatus::Done;
 }
@@ -45,7 +45,7 @@ void writeFile(const FileConfiguration& file, orv::OrvCtrlClient& client, Consol
         console.print(part.isDone()
                           ? QStringLiteral("%1: written").arg(part.name)
                           : QStringLiteral("%1: NOT written (%2)").arg(part.name, part.error));
-    for (const QString& part : otherParts(file.elements, client))
+    for (const auto others = otherParts(file.elements, client); const QString& part : others)
         console.print(QStringLiteral("%1: left as it was").arg(part));
     if (!std::ranges::all_of(outcomes, &PartOutcome::isDone))
         throw Refusal(QStringLiteral("The ECU does not hold this file as a whole: write it again, "

@@ -27,7 +27,7 @@ void OrvgMseqView::setUpTable()
     QTableView* table = mUi->mseqTable;
     table->setModel(mModel);
     table->setItemDelegate(new OrvgStepItemDelegate(table));
-    stretchColumns(*table, stateWords().first());
+    stretchColumns(*table, stateWords().constFirst());
     // A new current row is painted as one; by itself the table repaints the two cells alone.
     connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, table->viewport(),
             QOverload<>::of(&QWidget::update));
