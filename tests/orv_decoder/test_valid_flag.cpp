@@ -33,16 +33,4 @@ TYPED_TEST(FlaggedRecord, equalsOneThatHoldsTheSame)
     EXPECT_EQ(record, TypeParam{});
 }
 
-TEST(FlaggedRecordOtherwise, differsByWhatItHolds)
-{
-    EXPECT_NE((orv::MseqStep{.fifthValue = 1}), orv::MseqStep{});
-    EXPECT_NE((orv::SensorThreshold{.scale = 1}), orv::SensorThreshold{});
-    EXPECT_NE((orv::EcuNetworkSettings{.freespacePort = 1}), orv::EcuNetworkSettings{});
-    EXPECT_NE((orv::OrvMeasurementResult{.echoes = {{1, {}}}}), orv::OrvMeasurementResult{});
-    orv::OrvFreespaceEntry entry;
-    entry.sensorId = 1;
-    EXPECT_NE(entry, orv::OrvFreespaceEntry{});
-    EXPECT_NE((orv::OrvFreespacePackage{.entries = {entry}}), orv::OrvFreespacePackage{});
-}
-
 } // namespace
