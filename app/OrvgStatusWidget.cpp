@@ -11,7 +11,7 @@
 namespace {
 
 constexpr int kMinimumHeight = 22;
-constexpr int kTextMargin = 2;
+constexpr int kRoomAroundText = 2;
 
 // The largest one, in the middle.
 QRect squareIn(const QRect& area)
@@ -81,7 +81,7 @@ QSize OrvgStatusWidget::sizeHint() const
 
 int OrvgStatusWidget::suitableHeight() const
 {
-    return std::max(kMinimumHeight, fontMetrics().height() + kTextMargin);
+    return std::max(kMinimumHeight, fontMetrics().height() + kRoomAroundText);
 }
 
 QString OrvgStatusWidget::stateText() const

@@ -5,6 +5,9 @@
 
 #include <optional>
 
+/// No desktop is wider or higher, in pixels.
+constexpr int kMaxExtent = 32767;
+
 /// Reads what Qt saved of a window, for a look at it before Qt restores it. Qt believes each number
 /// in there: how much memory to take, how often to read on, how large to become.
 class StateReader

@@ -27,7 +27,6 @@ constexpr int kAreas = 4;
 constexpr int kMaxItems = 64;
 constexpr int kMaxDepth = 8;
 constexpr int kMaxNameBytes = 512;
-constexpr int kMaxExtent = 32767;
 
 /// Goes through the state as Qt does, and stops at the first thing that no window ever saved.
 class DockStateCheck

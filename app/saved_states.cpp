@@ -7,9 +7,6 @@
 
 namespace {
 
-// No desktop is wider or higher, in pixels.
-constexpr int kMaxExtent = 32767;
-
 // --- QWidget::saveGeometry()
 
 constexpr quint32 kGeometryMagic = 0x1D9D0CB;

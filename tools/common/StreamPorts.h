@@ -4,6 +4,9 @@
 
 namespace cli {
 
+/// Captures name it as the receiver, and playback sends nowhere else.
+inline constexpr const char* kThisHost = "127.0.0.1";
+
 /// The live streams of an ECU.
 enum class StreamKind { Measurements, Freespaces };
 

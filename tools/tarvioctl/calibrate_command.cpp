@@ -50,7 +50,7 @@ QString refusalOf(int ending, int sensorNumber, const orv::OrvCtrlClient& client
     return {};
 }
 
-ExitStatus run(const Invocation& invocation)
+ExitStatus runCalibrate(const Invocation& invocation)
 {
     const std::uint8_t sensor = sensorOf(invocation.arguments[0]);
     const int number = sensor + 1;
@@ -83,7 +83,7 @@ Command calibrateCommand()
             .minArguments = 1,
             .maxArguments = 1,
             .options = {},
-            .run = run};
+            .run = runCalibrate};
 }
 
 } // namespace tarvioctl

@@ -28,7 +28,7 @@ enum Column {
 
 using Fields = std::array<QString, ColumnCount>;
 
-QString listText(const std::vector<int>& sensors)
+QString sensorColumn(const std::vector<int>& sensors)
 {
     QStringList numbers;
     for (const int sensor : sensors)
@@ -92,8 +92,8 @@ public:
         const QString start = startOf(arrival, QStringLiteral("measurement"));
         Fields fields;
         fields[MeasurementWord] = QString::number(result.measurementWord);
-        fields[SendingSensors] = listText(sendingSensors(result));
-        fields[ListeningSensors] = listText(listeningSensors(result));
+        fields[SendingSensors] = sensorColumn(sendingSensors(result));
+        fields[ListeningSensors] = sensorColumn(listeningSensors(result));
         QStringList lines;
         for (const auto& [sensorId, echoes] : result.echoes)
             for (const orv::OrvSensorEcho& echo : echoes)

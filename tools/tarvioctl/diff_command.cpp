@@ -45,7 +45,7 @@ void refuseNothingToCompare(const FileConfiguration& first, const FileConfigurat
                 .arg(fileNames.join(QStringLiteral(" and "))));
 }
 
-ExitStatus run(const Invocation& invocation)
+ExitStatus runDiff(const Invocation& invocation)
 {
     const PartSelection selection(invocation.options);
     const FileConfiguration first = loadFile(invocation.arguments[0], selection);
@@ -71,7 +71,7 @@ Command diffCommand()
             .minArguments = 1,
             .maxArguments = 2,
             .options = {PartSelection::option()},
-            .run = run};
+            .run = runDiff};
 }
 
 } // namespace tarvioctl

@@ -196,7 +196,7 @@ void checkStream(const Heard& heard, Findings& findings)
 }
 
 // Control port first: its questions take no time where all is well.
-ExitStatus run(const Invocation& invocation)
+ExitStatus runDoctor(const Invocation& invocation)
 {
     Findings findings(invocation.console);
     const LinkSettings link = invocation.ecu.link();
@@ -217,7 +217,7 @@ Command doctorCommand()
             .arguments = {},
             .summary = QStringLiteral("Tells why nothing arrives, and what to do next."),
             .options = {},
-            .run = run};
+            .run = runDoctor};
 }
 
 } // namespace tarvioctl

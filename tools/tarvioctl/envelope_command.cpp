@@ -130,7 +130,7 @@ EchoSamples recorded(const Invocation& invocation, const RecordingSettings& sett
     return envelope.samples();
 }
 
-ExitStatus run(const Invocation& invocation)
+ExitStatus runEnvelope(const Invocation& invocation)
 {
     const RecordingSettings settings = settingsOf(invocation);
     save(recorded(invocation, settings), invocation.options.value(kOutput));
@@ -155,7 +155,7 @@ Command envelopeCommand()
                     option("right", "Time index of the segment behind it, 0 to 7 (2).", "index"),
                     option("lut-step", "Positions from step to step, 1 to 5 (1).", "number"),
                     option("samples", "Results for each step, 1 to 64 (3).", "number")},
-        .run = run};
+        .run = runEnvelope};
 }
 
 } // namespace tarvioctl

@@ -63,7 +63,7 @@ void printSequence(orv::OrvCtrlClient& client, Console& console)
     console.print(QStringLiteral("Sequence:       %1 steps").arg(steps.size()));
 }
 
-ExitStatus run(const Invocation& invocation)
+ExitStatus runInfo(const Invocation& invocation)
 {
     const auto channel = invocation.ecu.openChannel();
     orv::OrvCtrlClient& client = channel->client();
@@ -85,7 +85,7 @@ Command infoCommand()
             .arguments = {},
             .summary = QStringLiteral("Tells who answers: firmware, network, sequence, speed."),
             .options = {},
-            .run = run};
+            .run = runInfo};
 }
 
 } // namespace tarvioctl

@@ -99,7 +99,7 @@ void refuseTooFew(std::uint64_t records, std::optional<int> wanted, LiveReceptio
                           .arg(*wanted));
 }
 
-ExitStatus run(const Invocation& invocation)
+ExitStatus runMonitor(const Invocation& invocation)
 {
     const cli::OptionReader reader(invocation.options);
     const auto format =
@@ -140,7 +140,7 @@ Command monitorCommand()
                                "format"),
                         option("count", "End after this many records of both streams.", "number"),
                         runningTimeOption()},
-            .run = run};
+            .run = runMonitor};
 }
 
 } // namespace tarvioctl

@@ -21,7 +21,7 @@ QStringList exchangedElements(const QVector<ConfigurationPart>& parts)
     return elements;
 }
 
-ExitStatus run(const Invocation& invocation)
+ExitStatus runRead(const Invocation& invocation)
 {
     const PartSelection selection(invocation.options);
     EcuConfiguration configuration;
@@ -47,7 +47,7 @@ Command readCommand()
             .minArguments = 1,
             .maxArguments = 1,
             .options = {PartSelection::option()},
-            .run = run};
+            .run = runRead};
 }
 
 } // namespace tarvioctl

@@ -2,6 +2,7 @@
 
 #include "tools/common/CaptureWriter.h"
 #include "tools/common/OptionReader.h"
+#include "tools/common/StreamPorts.h"
 #include "tools/tarvioctl/Console.h"
 #include "tools/tarvioctl/EcuAddress.h"
 #include "tools/tarvioctl/LiveReception.h"
@@ -11,8 +12,6 @@
 namespace tarvioctl {
 
 namespace {
-
-const char* const kThisHost = "127.0.0.1";
 
 /// Writes what a reception receives and counts it.
 class Recorder
@@ -25,9 +24,10 @@ public:
     // A socket does not tell which of this computer's addresses a datagram was sent to.
     void take(const LiveDatagram& datagram)
     {
-        mWriter.write(datagram.arrival, {.source = datagram.sender,
-                                         .destination = orv::ipv4Endpoint(kThisHost, datagram.port),
-                                         .payload = datagram.bytes});
+        mWriter.write(datagram.arrival,
+                      {.source = datagram.sender,
+                       .destination = orv::ipv4Endpoint(cli::kThisHost, datagram.port),
+                       .payload = datagram.bytes});
         ++(datagram.kind == cli::StreamKind::Measurements ? mMeasurements : mFreespaces);
         mConsole.progress(counts());
     }
@@ -54,7 +54,7 @@ private:
     std::uint64_t mFreespaces = 0;
 };
 
-ExitStatus run(const Invocation& invocation)
+ExitStatus runRecord(const Invocation& invocation)
 {
     const QString fileName = invocation.arguments.constFirst();
     if (!fileName.endsWith(QStringLiteral(".pcap"), Qt::CaseInsensitive))
@@ -84,7 +84,7 @@ Command recordCommand()
             .minArguments = 1,
             .maxArguments = 1,
             .options = {runningTimeOption()},
-            .run = run};
+            .run = runRecord};
 }
 
 } // namespace tarvioctl

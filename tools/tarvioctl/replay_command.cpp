@@ -3,6 +3,7 @@
 #include "orv_decoder/DatagramSocket.h"
 #include "tools/common/CapturePlayer.h"
 #include "tools/common/OptionReader.h"
+#include "tools/common/StreamPorts.h"
 #include "tools/common/TerminationSignals.h"
 #include "tools/tarvioctl/Console.h"
 #include "tools/tarvioctl/EcuAddress.h"
@@ -12,8 +13,6 @@
 namespace tarvioctl {
 
 namespace {
-
-const char* const kThisHost = "127.0.0.1";
 
 /// Sends to the ports of the live streams on this computer, and nowhere else.
 class LocalSender
@@ -33,7 +32,7 @@ public:
             return;
         const bool isSent = mSocket.send({reinterpret_cast<const std::uint8_t*>(datagram.data()),
                                           static_cast<std::size_t>(datagram.size())},
-                                         orv::ipv4Endpoint(kThisHost, mPorts.of(kind)));
+                                         orv::ipv4Endpoint(cli::kThisHost, mPorts.of(kind)));
         if (!isSent)
             ++mNotSent;
     }
@@ -66,7 +65,7 @@ QString play(cli::CapturePlayer& player, LocalSender& sender)
     return failure;
 }
 
-ExitStatus run(const Invocation& invocation)
+ExitStatus runReplay(const Invocation& invocation)
 {
     const cli::OptionReader reader(invocation.options);
     const cli::Playback playback = cli::readPlayback(reader, invocation.arguments.constFirst());
@@ -92,7 +91,7 @@ Command replayCommand()
             .minArguments = 1,
             .maxArguments = 1,
             .options = cli::playbackOptions(),
-            .run = run};
+            .run = runReplay};
 }
 
 } // namespace tarvioctl

@@ -63,7 +63,7 @@ void verify(const FileConfiguration& file, orv::OrvCtrlClient& client, Console& 
     console.print(QStringLiteral("verified: the ECU holds what the file says"));
 }
 
-ExitStatus run(const Invocation& invocation)
+ExitStatus runWrite(const Invocation& invocation)
 {
     const FileConfiguration file =
         loadFile(invocation.arguments[0], PartSelection(invocation.options));
@@ -94,7 +94,7 @@ Command writeCommand()
             .options = {PartSelection::option(),
                         {kVerify, QStringLiteral("Read back and compare.")},
                         {kDryRun, QStringLiteral("Write nothing; tell what would change.")}},
-            .run = run};
+            .run = runWrite};
 }
 
 } // namespace tarvioctl
