@@ -56,5 +56,7 @@ install(
   DESTINATION "${orv_package_dir}" COMPONENT development)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orv-decoder.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
+install(FILES README.md
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/liborv-decoder-dev" COMPONENT development)
 install(FILES examples/CMakeLists.txt examples/nearest_echoes.cpp
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/liborv-decoder-dev/examples" COMPONENT development)

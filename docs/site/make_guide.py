@@ -19,6 +19,11 @@ from guide_pages import GuideError, Page
 HERE = pathlib.Path(__file__).resolve().parent
 
 
+def path_name(path):
+    """What a page is called: its file, or the folder that it describes."""
+    return path.parent.name if path.name == "README.md" else path.stem
+
+
 class Site:
     """The pages by the path of their source, and the other files that they show or link to."""
 
@@ -52,7 +57,7 @@ class Site:
     def _name_pages(self):
         self._names = {}
         for path in self.pages:
-            name = "index.html" if path == self.start.path else f"{path.stem.lower()}.html"
+            name = "index.html" if path == self.start.path else f"{path_name(path)}.html"
             if name in self._names.values():
                 raise GuideError(f"two pages would be {name}: {path} is one of them")
             self._names[path] = name

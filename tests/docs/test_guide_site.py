@@ -81,7 +81,9 @@ class GuideOfTheTree(unittest.TestCase):
         listed = re.findall(r"^(?:\d+\.|\*) \[[^\]]*\]\(([^)]*)\.md\)",
                             (GUIDE / "README.md").read_text(encoding="utf-8"), re.MULTILINE)
         self.assertGreater(len(listed), 10)
-        expected = ["index.html"] + [f"{link.rpartition('/')[2]}.html" for link in listed]
+        paths = [pathlib.PurePosixPath(link) for link in listed]
+        expected = ["index.html"] + [
+            f"{path.parent.name if path.name == 'README' else path.name}.html" for path in paths]
         for name, page in self.pages.items():
             self.assertEqual(page.navigation[:len(expected)], expected, name)
 
