@@ -27,6 +27,7 @@ make_home() {
 # Starts the simulated ECU on its own ports and sets `simulator`.
 start_simulator() {
     local output=$root/tmp/simulator.log
+    : >"$output"
     become_user tarvio-ecu-simulator >"$output" 2>&1 &
     simulator=$!
     for _ in $(seq 100); do
