@@ -13,12 +13,12 @@ namespace orv {
 class ByteReader
 {
 public:
-    explicit ByteReader(std::span<const std::uint8_t> bytes) : mBytes(bytes) {}
+    explicit ByteReader(std::span<const std::uint8_t> bytes) : mBytes(bytes) {} ///< borrows them
 
-    std::uint8_t u8() { return static_cast<std::uint8_t>(take<1>()); }
-    std::uint16_t u16() { return static_cast<std::uint16_t>(take<2>()); }
-    std::int16_t i16() { return static_cast<std::int16_t>(u16()); }
-    std::uint32_t u32() { return take<4>(); }
+    std::uint8_t u8() { return static_cast<std::uint8_t>(take<1>()); }    ///< the next byte
+    std::uint16_t u16() { return static_cast<std::uint16_t>(take<2>()); } ///< of the next 2 bytes
+    std::int16_t i16() { return static_cast<std::int16_t>(u16()); }       ///< of the next 2 bytes
+    std::uint32_t u32() { return take<4>(); }                             ///< of the next 4 bytes
 
     /// The next `count` bytes as they stand; none when fewer are left.
     std::span<const std::uint8_t> bytes(std::size_t count)

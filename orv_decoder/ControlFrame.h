@@ -28,8 +28,8 @@ enum class ControlAccess : std::uint8_t {
 /// A request as the ECU sees it: the code may be one that no command has.
 struct ControlRequest
 {
-    std::uint8_t code = 0;
-    std::vector<std::uint8_t> payload;
+    std::uint8_t code = 0;             ///< a ControlCommand, or any other byte
+    std::vector<std::uint8_t> payload; ///< without code and checksum
 };
 
 /// What a datagram on the control channel is to the request that waits for its reply.

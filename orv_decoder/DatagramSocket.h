@@ -13,7 +13,7 @@ namespace orv {
 struct Ipv4Endpoint
 {
     std::uint32_t address = 0xFFFFFFFF; ///< in network byte order, as the system converts it
-    std::uint16_t port = 0;
+    std::uint16_t port = 0;             ///< in the order of the host
 };
 
 /// Converts dotted text; text that is no address yields 255.255.255.255, which no socket of this
@@ -24,7 +24,7 @@ Ipv4Endpoint ipv4Endpoint(const std::string& address, std::uint16_t port);
 class DatagramSocket
 {
 public:
-    using Clock = std::chrono::steady_clock;
+    using Clock = std::chrono::steady_clock; ///< of the deadlines
 
     DatagramSocket() = default;
     ~DatagramSocket();
@@ -34,9 +34,9 @@ public:
     /// Starts the socket system; cannot fail where the platform has no start-up.
     bool startUp();
 
-    bool create();
-    void close();
-    bool setReuseAddress();
+    bool create();          ///< anew; false when the system refuses
+    void close();           ///< without a socket it does nothing
+    bool setReuseAddress(); ///< to be set before the bind
 
     /// Fails while somebody else has the port, unless both have asked for address reuse.
     bool bindToAnyAddress(std::uint16_t port);
@@ -62,7 +62,7 @@ public:
     /// True as soon as a datagram waits; false when none came within `timeoutMs`, where 0 only
     /// looks, and without a socket.
     bool waitForDatagram(std::uint32_t timeoutMs) const;
-    bool waitUntil(Clock::time_point deadline) const;
+    bool waitUntil(Clock::time_point deadline) const; ///< the same, until then
 
     /// False unless the whole datagram went out.
     bool send(std::span<const std::uint8_t> datagram, const Ipv4Endpoint& destination);

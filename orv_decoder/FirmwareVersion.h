@@ -11,9 +11,9 @@ namespace orv {
 /// The ECU's firmware version, three bytes as received.
 struct FirmwareVersion
 {
-    static constexpr std::size_t kWireSize = 3;
+    static constexpr std::size_t kWireSize = 3; ///< bytes
 
-    std::array<std::uint8_t, kWireSize> numbers{};
+    std::array<std::uint8_t, kWireSize> numbers{}; ///< in the order of text()
 
     /// The numbers in decimal, joined by dots: "2.14.0".
     std::string text() const;

@@ -12,9 +12,9 @@ namespace orv {
 /// One step of the measurement sequence.
 struct MseqStep
 {
-    static constexpr std::size_t kWireSize = 10;
+    static constexpr std::size_t kWireSize = 10; ///< bytes
 
-    ValidFlag valid = false;
+    ValidFlag valid = false;       ///< set by a successful read
     std::uint16_t activeMask = 0;  ///< bit n set: sensor n sends in this step
     std::uint16_t passiveMask = 0; ///< bit n set: sensor n listens in this step
     std::uint16_t modulation = 0;  ///< 0 = amplitude modulation, other = coded

@@ -35,7 +35,7 @@ public:
 
     /// Talks through another socket from now on; the same check as the constructor.
     void setSocket(OrvCtrlSocketBase* socket);
-    OrvCtrlSocketBase* socket() const { return mSocket; }
+    OrvCtrlSocketBase* socket() const { return mSocket; } ///< the one in use
 
     /// Clears `steps` first. Also fails with "wrong format" for more than 12 steps or a step that
     /// is cut short, before which the whole ones are kept.
@@ -48,22 +48,22 @@ public:
     /// @param permanent false: used by the ECU until its restart only
     bool writeThresholds(const SensorThreshold& threshold, bool permanent);
 
-    bool readFirmwareVersion(FirmwareVersion& version);
+    bool readFirmwareVersion(FirmwareVersion& version); ///< "2.14.0", say
 
     /// A reply of the wrong size fails with "wrong data format".
     bool readNetworkSettings(EcuNetworkSettings& settings);
     /// The ECU applies them after its next restart.
     bool writeNetworkSettings(const EcuNetworkSettings& settings);
 
-    bool readSensorPositions(SensorMountPositions& positions);
-    bool writeSensorPositions(const SensorMountPositions& positions);
+    bool readSensorPositions(SensorMountPositions& positions);        ///< of all twelve sensors
+    bool writeSensorPositions(const SensorMountPositions& positions); ///< of all twelve sensors
 
     /// @param sensorIndex 0..11, or kNoSensor when none is selected
     bool startAutoCalibration(std::uint8_t sensorIndex);
 
-    static constexpr std::int8_t kCalibrationFinished = 0;
-    static constexpr std::int8_t kCalibrationAborted = -1;
-    static constexpr std::int8_t kCalibrationPollFailed = 2;
+    static constexpr std::int8_t kCalibrationFinished = 0;   ///< to its end
+    static constexpr std::int8_t kCalibrationAborted = -1;   ///< by the ECU
+    static constexpr std::int8_t kCalibrationPollFailed = 2; ///< or the end of polling
 
     /// One of the three values above; any other one means that the calibration is still running.
     /// kCalibrationPollFailed is also what a failed exchange returns.

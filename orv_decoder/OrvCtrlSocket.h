@@ -20,11 +20,11 @@ public:
     /// @param address dotted IPv4 text of the ECU
     OrvCtrlSocket(std::string address, std::uint16_t port);
 
-    bool isOpen() const { return mOpen; }
-    const std::string& address() const { return mAddress; }
-    std::uint16_t port() const { return mPort; }
+    bool isOpen() const { return mOpen; }                   ///< whether open() succeeded last
+    const std::string& address() const { return mAddress; } ///< of the ECU, as given
+    std::uint16_t port() const { return mPort; }            ///< of the ECU
 
-    bool open();
+    bool open(); ///< anew; the constructor has opened it once
 
     /// Points the channel at another ECU; an empty address or a port of 0 keeps the current one.
     bool reconnect(const std::string& address, std::uint16_t port);

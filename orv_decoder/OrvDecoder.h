@@ -44,7 +44,7 @@ public:
     /// (threaded mode).
     bool take(T& out, std::uint32_t timeoutMs);
 
-    std::string lastError() const;
+    std::string lastError() const; ///< reason of the last failure of take()
 
 private:
     bool receiveAndDecode(T& record, std::uint32_t timeoutMs);

@@ -13,8 +13,8 @@ namespace orv {
 /// A point of the vehicle's plane in millimetres.
 struct OrvPoint
 {
-    std::int16_t x = 0;
-    std::int16_t y = 0;
+    std::int16_t x = 0; ///< of the vehicle
+    std::int16_t y = 0; ///< of the vehicle
 
     bool operator==(const OrvPoint&) const = default;
 };
@@ -22,12 +22,12 @@ struct OrvPoint
 /// The nearest obstacle in one wedge of a sensor's field of view.
 struct OrvDistanceItem
 {
-    std::uint8_t mode = 0; ///< 1 when the datagram held the item, 0 when it is absent
-    std::uint16_t distanceMm = 0;
-    OrvPoint firstPoint;
-    OrvPoint secondPoint;
+    std::uint8_t mode = 0;        ///< 1 when the datagram held the item, 0 when it is absent
+    std::uint16_t distanceMm = 0; ///< from the sensor
+    OrvPoint firstPoint;          ///< one end of what the display draws
+    OrvPoint secondPoint;         ///< the other end
 
-    bool isPresent() const { return mode != 0; }
+    bool isPresent() const { return mode != 0; } ///< whether the datagram held it
 
     bool operator==(const OrvDistanceItem&) const = default;
 };
@@ -35,8 +35,8 @@ struct OrvDistanceItem
 /// The free area in front of one sensor.
 struct OrvFreespaceEntry
 {
-    ValidFlag valid = false;
-    std::uint8_t sensorId = 0;
+    ValidFlag valid = false;                  ///< complete
+    std::uint8_t sensorId = 0;                ///< 0..11
     std::array<OrvPoint, 4> corners;          ///< of the field of view
     std::array<OrvPoint, 2> arcEnds;          ///< end points of its arc
     std::array<OrvPoint, 2> secondPair;       ///< carried through, not drawn
@@ -49,7 +49,7 @@ struct OrvFreespaceEntry
 /// One live freespace datagram.
 struct OrvFreespacePackage
 {
-    ValidFlag valid = false;
+    ValidFlag valid = false;                ///< every entry is complete
     std::vector<OrvFreespaceEntry> entries; ///< datagram order, at most 255
 
     bool operator==(const OrvFreespacePackage&) const = default;

@@ -29,9 +29,9 @@ enum class OrvSensorRole : std::uint8_t {
 /// One live measurement: who sent, who listened and what was heard.
 struct OrvMeasurementResult
 {
-    ValidFlag valid = false;
-    std::uint32_t measurementWord = 0; ///< carried through unchanged
-    bool hasMasks = false;
+    ValidFlag valid = false;                                   ///< what decodeInto() said
+    std::uint32_t measurementWord = 0;                         ///< carried through unchanged
+    bool hasMasks = false;                                     ///< the datagram held the two masks
     std::uint16_t sendMask = 0;                                ///< bit n = sensor n
     std::uint16_t receiveMask = 0;                             ///< bit n = sensor n
     std::map<std::uint8_t, std::vector<OrvSensorEcho>> echoes; ///< by sensor id, datagram order

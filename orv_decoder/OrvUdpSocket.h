@@ -19,8 +19,8 @@ public:
     /// Opens nothing yet.
     explicit OrvUdpSocket(std::uint16_t port) : mPort(port) {}
 
-    std::uint16_t port() const { return mPort; }
-    bool isOpen() const { return mOpen; }
+    std::uint16_t port() const { return mPort; } ///< the local one
+    bool isOpen() const { return mOpen; }        ///< whether the port is bound
 
     /// Binds the port on every local address. Errors: "Can't start win sock",
     /// "Can't create socket", "Can't set receive timeout" (address reuse), "Can't bind socket".

@@ -13,7 +13,7 @@ namespace orv {
 /// Where one sensor is mounted on the vehicle.
 struct SensorMountPosition
 {
-    static constexpr std::size_t kWireSize = 12;
+    static constexpr std::size_t kWireSize = 12; ///< bytes
 
     std::int16_t x = 0;       ///< millimetres
     std::int16_t y = 0;       ///< millimetres

@@ -19,12 +19,12 @@ using ThresholdEntries = std::array<std::uint8_t, kThresholdEntryCount>;
 /// The threshold settings of one sensor.
 struct SensorThreshold
 {
-    static constexpr std::size_t kWireSize = 14;
+    static constexpr std::size_t kWireSize = 14; ///< bytes
 
-    ValidFlag valid = false; ///< set by a successful read
-    std::uint8_t sensorId = 0;
-    ThresholdEntries entries{};
-    std::uint8_t scale = 2; ///< scale index of the passive mode, 0..4
+    ValidFlag valid = false;    ///< set by a successful read
+    std::uint8_t sensorId = 0;  ///< 0..11
+    ThresholdEntries entries{}; ///< in the order of time
+    std::uint8_t scale = 2;     ///< scale index of the passive mode, 0..4
 
     bool operator==(const SensorThreshold&) const = default;
 };
@@ -41,8 +41,8 @@ std::optional<SensorThreshold> decodeThreshold(std::span<const std::uint8_t> byt
 /// A threshold record, or why there is none.
 struct CheckedThreshold
 {
-    std::optional<SensorThreshold> record = {};
-    std::string error = {};
+    std::optional<SensorThreshold> record = {}; ///< nothing when a check failed
+    std::string error = {};                     ///< which one
 };
 
 /// Decodes a record that was read for `sensorId` with the checks that every source of such a

@@ -11,7 +11,7 @@ namespace orv {
 class ShortTimeout
 {
 public:
-    // Whether it can be set is not asked: a socket that refuses it refuses to send as well.
+    /// Whether it can be set is not asked: a socket that refuses it refuses to send as well.
     [[nodiscard]] ShortTimeout(OrvCtrlSocketBase& socket, std::uint32_t timeoutMs) : mSocket(socket)
     {
         mSocket.setReceiveTimeout(timeoutMs);

@@ -7,8 +7,8 @@ namespace orv {
 class ValidFlag
 {
 public:
-    constexpr ValidFlag(bool isSet = false) : mIsSet(isSet) {}
-    constexpr operator bool() const { return mIsSet; }
+    constexpr ValidFlag(bool isSet = false) : mIsSet(isSet) {} ///< from a bool, as one writes it
+    constexpr operator bool() const { return mIsSet; }         ///< and back
 
     friend constexpr bool operator==(ValidFlag, ValidFlag) { return true; }
 
