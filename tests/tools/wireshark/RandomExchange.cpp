@@ -44,8 +44,8 @@ auto writing(Write write)
 Operation thresholdsRead(RandomRecords& records)
 {
     orv::SensorThreshold threshold = records.threshold();
-    if (records.chance(0.1))
-        threshold.scale = records.byte();
+    if (records.chance(0.3))
+        threshold.scale = records.nearLimit();
     const std::uint8_t sensor = threshold.sensorId;
     return {[sensor](OrvCtrlClient& client) {
                 orv::SensorThreshold read;
@@ -76,7 +76,7 @@ Operation sequenceRead(RandomRecords& records)
 {
     Bytes payload = payloadOf(records.steps());
     if (records.chance(0.1))
-        payload.front() = static_cast<std::uint8_t>(records.below(16));
+        payload.front() = records.nearLimit();
     return {reading(&OrvCtrlClient::readMeasurementSequence), 0, payload};
 }
 
@@ -146,7 +146,7 @@ Bytes anyReplyTo(const Operation& operation, RandomRecords& records)
     const Bytes unchecked(right.begin(), right.end() - 1);
     switch (records.below(14)) {
     case 0: // refused
-        return orv::encodeReply(operation.code, {}, records.byte());
+        return orv::encodeReply(operation.code, {}, records.nearLimit());
     case 1: // by accident
         return records.damaged(right);
     case 2: // with a checksum that fits

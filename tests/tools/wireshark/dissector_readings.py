@@ -10,7 +10,8 @@ import tempfile
 DISSECTOR = pathlib.Path(__file__).resolve().parents[3] / "tools/wireshark"
 SKIPPED = 77  # the status that ctest counts as skipped
 
-COMMON = ["tarvio.sensor", "tarvio.error", "_ws.lua.error", "_ws.expert.message", "udp.length"]
+COMMON = ["tarvio.control", "tarvio.measurement", "tarvio.freespace", "tarvio.sensor",
+          "tarvio.error", "_ws.lua.error", "_ws.expert.message", "udp.length"]
 MARKS = ["tarvio." + name for name in (
     "malformed", "bad_checksum", "unknown_command", "out_of_range", "block_cut", "refused",
     "stray", "unasked", "late", "unanswered", "ignored", "replaced", "capture_cut")]
@@ -49,10 +50,11 @@ def why_not():
     return None
 
 
-def tshark(*arguments):
+def tshark(*arguments, plugins=DISSECTOR):
     """Its output. Its personal plugins are the dissector alone, installed as the guide tells."""
     with tempfile.TemporaryDirectory() as folder:
-        shutil.copytree(DISSECTOR, pathlib.Path(folder) / "plugins")
+        if plugins:
+            shutil.copytree(plugins, pathlib.Path(folder) / "plugins")
         environment = {**os.environ, "WIRESHARK_CONFIG_DIR": folder, "HOME": folder,
                        "LC_ALL": "C.UTF-8", "TZ": "UTC"}
         result = subprocess.run(["tshark", *arguments], env=environment, text=True,

@@ -43,7 +43,8 @@ return function(tables, link, records, requests, replies, crc8, Exchanges)
         local item = tree:add(f.checksum, range)
         tree:add(f.is_good, range, is_good):set_generated()
         if not is_good then
-            link.mark(item, "bad_checksum", string.format("0x%02x would be right", expected))
+            link.mark(item, "bad_checksum",
+                string.format("wrong checksum, 0x%02x would be right", expected))
         end
     end
 
