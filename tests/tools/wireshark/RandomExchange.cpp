@@ -45,7 +45,7 @@ Operation thresholdsRead(RandomRecords& records)
 {
     orv::SensorThreshold threshold = records.threshold();
     if (records.chance(0.3))
-        threshold.scale = records.nearLimit();
+        threshold.scale = records.around(orv::kThresholdScaleLimit);
     const std::uint8_t sensor = threshold.sensorId;
     return {[sensor](OrvCtrlClient& client) {
                 orv::SensorThreshold read;
@@ -75,8 +75,8 @@ Operation calibrationState(RandomRecords& records)
 Operation sequenceRead(RandomRecords& records)
 {
     Bytes payload = payloadOf(records.steps());
-    if (records.chance(0.1))
-        payload.front() = records.nearLimit();
+    if (records.chance(0.3))
+        payload.front() = records.around(orv::kMaxStepCount + 1);
     return {reading(&OrvCtrlClient::readMeasurementSequence), 0, payload};
 }
 
@@ -146,7 +146,7 @@ Bytes anyReplyTo(const Operation& operation, RandomRecords& records)
     const Bytes unchecked(right.begin(), right.end() - 1);
     switch (records.below(14)) {
     case 0: // refused
-        return orv::encodeReply(operation.code, {}, records.nearLimit());
+        return orv::encodeReply(operation.code, {}, records.around(1));
     case 1: // by accident
         return records.damaged(right);
     case 2: // with a checksum that fits

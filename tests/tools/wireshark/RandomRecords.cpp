@@ -21,6 +21,11 @@ std::uint32_t RandomRecords::below(std::uint32_t limit)
     return static_cast<std::uint32_t>(mRandom.below(limit));
 }
 
+std::uint8_t RandomRecords::around(std::size_t limit)
+{
+    return chance(0.2) ? byte() : static_cast<std::uint8_t>(limit - 1 + below(3));
+}
+
 Bytes RandomRecords::bytes(std::size_t count)
 {
     Bytes bytes(count);
@@ -71,11 +76,12 @@ orv::SensorMountPositions RandomRecords::positions()
 void RandomRecords::appendBlock(Bytes& datagram)
 {
     const std::size_t echoCount = chance(0.02) ? byte() : below(6);
-    datagram.push_back(chance(0.03) ? nearLimit() : sensorId());
+    datagram.push_back(chance(0.03) ? around(orv::kSensorCount) : sensorId());
     datagram.push_back(static_cast<std::uint8_t>(echoCount));
     for (std::size_t i = 0; i < echoCount; ++i) {
         const auto raw = static_cast<std::uint16_t>(chance(0.9) ? below(1280) : word());
-        const std::uint8_t magnitude = nearLimit();
+        const std::uint8_t magnitude =
+            chance(0.8) ? static_cast<std::uint8_t>(below(16)) : around(16);
         append(datagram, {static_cast<std::uint8_t>(raw), static_cast<std::uint8_t>(raw >> 8),
                           magnitude, byte()});
     }
@@ -87,7 +93,8 @@ Bytes RandomRecords::measurement()
     if (chance(0.02))
         return datagram;
     const std::uint32_t blockCount = below(orv::kSensorCount + 1);
-    datagram.push_back(chance(0.05) ? nearLimit() : static_cast<std::uint8_t>(blockCount));
+    datagram.push_back(chance(0.05) ? around(orv::kSensorCount + 1)
+                                    : static_cast<std::uint8_t>(blockCount));
     for (std::uint32_t i = 0; i < blockCount; ++i)
         appendBlock(datagram);
     return datagram;
@@ -95,7 +102,7 @@ Bytes RandomRecords::measurement()
 
 void RandomRecords::appendEntry(Bytes& datagram, bool hasPosition)
 {
-    datagram.push_back(chance(0.03) ? nearLimit() : sensorId());
+    datagram.push_back(chance(0.03) ? around(orv::kSensorCount) : sensorId());
     append(datagram, bytes(8 * 4));
     if (hasPosition)
         append(datagram, bytes(6));

@@ -23,8 +23,8 @@ public:
     std::uint32_t below(std::uint32_t limit);
     std::uint8_t byte() { return static_cast<std::uint8_t>(below(256)); }
     std::uint16_t word() { return static_cast<std::uint16_t>(below(65536)); }
-    /// Often one of those around the limits: of sensors, steps, scales, statuses.
-    std::uint8_t nearLimit() { return chance(0.7) ? static_cast<std::uint8_t>(below(16)) : byte(); }
+    /// Any byte, but most often the first that is too much, or one of its neighbours.
+    std::uint8_t around(std::size_t limit);
     Bytes bytes(std::size_t count);
 
     std::uint8_t sensorId() { return static_cast<std::uint8_t>(below(orv::kSensorCount)); }

@@ -119,7 +119,10 @@ Bytes withRightChecksum(Bytes frame)
 Bytes withAnyValue(Bytes request, RandomRecords& records)
 {
     const std::size_t last = request.size() - 2; // the checksum stands behind it
-    request[records.chance(0.5) ? last : std::min<std::size_t>(last, 2)] = records.nearLimit();
+    if (records.chance(0.5))
+        request[last] = records.around(orv::kThresholdScaleLimit);
+    else
+        request[std::min<std::size_t>(last, 2)] = records.around(orv::kSensorCount);
     return request;
 }
 
