@@ -15,7 +15,8 @@ RAW_IPV4 = 101
 class Capture:
     """A pcap file of UDP datagrams on loopback."""
 
-    def __init__(self, path):
+    def __init__(self, path, longest=65535):
+        self.longest = longest  # of what is kept of a packet
         self.file = open(path, "wb")
         self.file.write(struct.pack("<IHHiIII", 0xA1B2C3D4, 2, 4, 0, 0, 65535, RAW_IPV4))
 
@@ -25,8 +26,9 @@ class Capture:
         udp = struct.pack(">HHHH", source_port, destination_port, 8 + len(payload), 0) + payload
         packet = struct.pack(">BBHHHBBH4s4s", 0x45, 0, 20 + len(udp), 0, 0, 64, 17, 0, address,
                              address) + udp
-        self.file.write(struct.pack("<IIII", seconds, nanoseconds // 1000, len(packet),
-                                    len(packet)) + packet)
+        kept = packet[:self.longest]
+        self.file.write(struct.pack("<IIII", seconds, nanoseconds // 1000, len(kept),
+                                    len(packet)) + kept)
 
     def close(self):
         self.file.close()

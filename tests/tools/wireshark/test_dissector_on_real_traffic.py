@@ -161,6 +161,25 @@ class DissectorOnRealTraffic(unittest.TestCase):
         frames = readings.dissect(path)
         self.assertTrue(all(not frame.fields.keys() - {"udp.length"} for frame in frames))
 
+    def test_connection_chosen_by_hand_is_read(self):
+        path, port = traffic.control_traffic(SIMULATOR, [], [[TARVIOCTL, "info"]], self.folder)
+        frames = readings.dissect(path, "-d", f"udp.port=={port},tarvio.control")
+        self.assertEqual([frame.text("tarvio.control.reply") for frame in frames[:4]],
+                         ["0", "1", "0", "1"])
+        self.assertEqual(frames[3].numbers("tarvio.control.response_to"), [3])
+
+    def test_what_the_capture_holds_only_in_part_is_not_judged(self):
+        path = self.folder / "short.pcap"
+        capture = traffic.Capture(path, longest=60)
+        capture.write(50002, 50001, bytes(8) + b"\x01\x00\x0a" + bytes(40))
+        capture.write(50002, 50001, bytes(8) + b"\x00")
+        capture.close()
+        cut, whole = readings.dissect(path)
+        self.assertEqual(cut.marks(), {"capture_cut"})
+        self.assertNotIn("tarvio.error", cut)
+        self.assertEqual((whole.marks(), whole.numbers("tarvio.measurement.block_count")),
+                         (set(), [0]))
+
     def test_script_works_without_being_installed(self):
         path, port = traffic.control_traffic(SIMULATOR, [], [[TARVIOCTL, "info"]], self.folder)
         entry = readings.DISSECTOR / "tarvio.lua"
