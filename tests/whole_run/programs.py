@@ -43,6 +43,16 @@ def is_own_address(address):
     return True
 
 
+def output_of(*command):
+    return subprocess.run(command, stdout=subprocess.PIPE, text=True, check=True).stdout
+
+
+def geometry(window):
+    """Width and height."""
+    text = output_of("xdotool", "getwindowgeometry", "--shell", window)
+    return [int(re.search(rf"{name}=(\d+)", text)[1]) for name in ("WIDTH", "HEIGHT")]
+
+
 class Program:
     """A started program; what it prints is kept in a file."""
 
@@ -78,16 +88,22 @@ class Simulator(Program):
         return len(re.findall(pattern, self.output(), re.IGNORECASE | re.MULTILINE))
 
 
+def write_store(profile, network):
+    """Network settings, as the window stores them; returns the file."""
+    store = profile / "maltrex" / "tarvio.ini"
+    if network:
+        store.parent.mkdir()
+        lines = "\n".join(f"{key}={value}" for key, value in network.items())
+        store.write_text(f"[network]\n{lines}\n")
+    return store
+
+
 class Tarvio(Program):
     """The tool with a settings store of its own."""
 
     def __init__(self, binary, network):
         self._profile = tempfile.TemporaryDirectory()
-        self.store = pathlib.Path(self._profile.name) / "maltrex" / "tarvio.ini"
-        if network:
-            self.store.parent.mkdir()
-            lines = "\n".join(f"{key}={value}" for key, value in network.items())
-            self.store.write_text(f"[network]\n{lines}\n")
+        self.store = write_store(pathlib.Path(self._profile.name), network)
         super().__init__([binary], {"XDG_CONFIG_HOME": self._profile.name,
                                     "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
         wait_for("the window", lambda: self.seen("window") == "Tarvio")
@@ -125,3 +141,21 @@ class Tarvio(Program):
 
     def screenshot(self, path):
         subprocess.run(["import", "-window", "root", path], check=True)
+
+    def picture_of_light(self, path, height):
+        """The lowest part of the window, while the pointer rests on the light."""
+        window, *_ = output_of("xdotool", "search", "--all", "--onlyvisible", "--pid",
+                              str(self.process.pid), "--name", "^Tarvio$").split()
+        wide, high = geometry(window)
+        screen_wide, screen_high = map(int, output_of("xdotool", "getdisplaygeometry").split())
+        # In the corner of the screen, so that the tool tip finds no room beside the window; and
+        # active, because no other window's is shown.
+        output_of("xdotool", "windowmove", "--sync", window, str(screen_wide - wide),
+                  str(screen_high - high))
+        output_of("xdotool", "windowfocus", "--sync", window)
+        for step in (80, 60, 36):
+            output_of("xdotool", "mousemove", str(screen_wide - step), str(screen_high - 14))
+            time.sleep(0.2)
+        time.sleep(1.5)  # a tool tip comes after a moment of rest
+        output_of("import", "-window", "root", "-crop",
+                  f"{wide}x{height}+{screen_wide - wide}+{screen_high - height}", "+repage", path)

@@ -4,11 +4,12 @@
 #include "orv_decoder/OrvFreespacePackage.h"
 #include "orv_decoder/OrvMeasurementResult.h"
 #include "tools/common/OptionReader.h"
-#include "tools/common/host_addresses.h"
 #include "tools/tarvioctl/Console.h"
 #include "tools/tarvioctl/EcuAddress.h"
+#include "tools/tarvioctl/Findings.h"
 #include "tools/tarvioctl/LiveReception.h"
 #include "tools/tarvioctl/StreamTally.h"
+#include "tools/tarvioctl/ecu_findings.h"
 #include "tools/tarvioctl/texts.h"
 
 #include <map>
@@ -19,35 +20,6 @@ namespace tarvioctl {
 namespace {
 
 constexpr double kListeningSeconds = 2;
-
-/// Says what was found, one finding after the other.
-class Findings
-{
-public:
-    explicit Findings(Console& console) : mConsole(console) {}
-
-    void fine(const QString& finding) { tell({QStringLiteral("ok       ") + finding}); }
-
-    void problem(const QString& finding, const QString& advice)
-    {
-        tell({QStringLiteral("PROBLEM  ") + finding, QStringLiteral("         → ") + advice});
-        mHasProblem = true;
-    }
-
-    bool hasProblem() const { return mHasProblem; }
-
-private:
-    // At once, also through a pipe: the next finding may take seconds.
-    void tell(const QStringList& lines)
-    {
-        for (const QString& line : lines)
-            mConsole.print(line);
-        mConsole.flush();
-    }
-
-    Console& mConsole;
-    bool mHasProblem = false;
-};
 
 /// What came on the port of one stream while the doctor listened.
 struct Heard
@@ -112,60 +84,6 @@ HeardOnStreams listen(const cli::StreamPorts& ports)
     return heard;
 }
 
-bool checkControl(orv::OrvCtrlClient& client, const LinkSettings& link, Findings& findings)
-{
-    const QString where = QStringLiteral("%1:%2").arg(link.ecuIp).arg(link.controlPort);
-    orv::FirmwareVersion version;
-    const bool answers = client.readFirmwareVersion(version);
-    if (answers)
-        findings.fine(QStringLiteral("the ECU answers at %1, firmware %2")
-                          .arg(where, QString::fromStdString(version.text())));
-    else
-        findings.problem(
-            QStringLiteral("no ECU answers at %1 (%2)")
-                .arg(where, QString::fromStdString(client.lastError())),
-            QStringLiteral("check power and cable, then the address: this machine needs "
-                           "one of the same subnet, and no firewall between"));
-    return answers;
-}
-
-void checkPort(std::uint16_t ofEcu, std::uint16_t local, const QString& what, Findings& findings)
-{
-    if (local == 0)
-        return;
-    if (ofEcu == 0)
-        findings.problem(QStringLiteral("the ECU sends no %1").arg(what),
-                         QStringLiteral("enter a port for them in Tarvio's connection dialog and "
-                                        "restart the ECU, or do without"));
-    else if (ofEcu == local)
-        findings.fine(QStringLiteral("the ECU sends %1 to port %2").arg(what).arg(ofEcu));
-    else
-        findings.problem(QStringLiteral("the ECU sends %1 to port %2, not to %3")
-                             .arg(what)
-                             .arg(ofEcu)
-                             .arg(local),
-                         QStringLiteral("set this port here, or the ECU's in Tarvio's connection "
-                                        "dialog, and restart the ECU"));
-}
-
-void checkDestination(orv::OrvCtrlClient& client, const cli::StreamPorts& ports, Findings& findings)
-{
-    orv::EcuNetworkSettings network;
-    if (!client.readNetworkSettings(network))
-        return;
-    const QString host = dotted(network.hostIp);
-    if (cli::isOwnAddress(network.hostIp))
-        findings.fine(QStringLiteral("the ECU sends to %1, which is this machine").arg(host));
-    else
-        findings.problem(
-            QStringLiteral("the ECU sends to %1, which this machine is not").arg(host),
-            QStringLiteral("give this machine the address %1, or enter another host in "
-                           "Tarvio's connection dialog and restart the ECU")
-                .arg(host));
-    checkPort(network.receivePort, ports.measurements, QStringLiteral("measurements"), findings);
-    checkPort(network.freespacePort, ports.freespaces, QStringLiteral("freespaces"), findings);
-}
-
 QString sendersText(const std::set<std::uint32_t>& senders)
 {
     QStringList texts;
@@ -179,8 +97,9 @@ void checkStream(const Heard& heard, Findings& findings)
     const QString where = QStringLiteral("port %1").arg(heard.port);
     if (heard.senders.empty())
         findings.problem(QStringLiteral("nothing arrives on %1").arg(where),
-                         QStringLiteral("mend what stands above; if nothing does, look for a "
-                                        "firewall on this machine"));
+                         QStringLiteral("mend what stands above; if nothing does, restart the "
+                                        "ECU, which takes new settings only then, and look for "
+                                        "a firewall on this machine"));
     else if (heard.tally.records() == 0)
         findings.problem(QStringLiteral("what arrives on %1 from %2 is no record")
                              .arg(where, sendersText(heard.senders)),
@@ -195,6 +114,34 @@ void checkStream(const Heard& heard, Findings& findings)
                          QStringLiteral("look who else sends to this port"));
 }
 
+// An ECU that sends is there, only not where it was asked.
+void checkSender(std::uint32_t sender, const LinkSettings& link, Findings& findings)
+{
+    const QString address = dotted(sender);
+    if (address == link.ecuIp)
+        findings.problem(QStringLiteral("%1 sends live data but does not answer at port %2")
+                             .arg(address)
+                             .arg(link.controlPort),
+                         QStringLiteral("enter the ECU's control port in Tarvio's connection "
+                                        "dialog, or restart the ECU"));
+    else
+        findings.problem(
+            QStringLiteral("live data come from %1, not from %2").arg(address, link.ecuIp),
+            QStringLiteral("if %1 is the ECU, enter it as its address in Tarvio's "
+                           "connection dialog")
+                .arg(address));
+}
+
+void checkSenders(const HeardOnStreams& heard, const LinkSettings& link, Findings& findings)
+{
+    std::set<std::uint32_t> senders;
+    for (const auto& [kind, stream] : heard)
+        if (stream.tally.records() > 0)
+            senders.insert(stream.senders.begin(), stream.senders.end());
+    for (const std::uint32_t sender : senders)
+        checkSender(sender, link, findings);
+}
+
 // Control port first: its questions take no time where all is well.
 ExitStatus runDoctor(const Invocation& invocation)
 {
@@ -202,10 +149,12 @@ ExitStatus runDoctor(const Invocation& invocation)
     const LinkSettings link = invocation.ecu.link();
     const cli::StreamPorts ports = invocation.ecu.streamPorts();
     const auto channel = std::make_unique<EcuChannel>(link, invocation.ecu.timeoutMs());
-    if (checkControl(channel->client(), link, findings))
-        checkDestination(channel->client(), ports, findings);
-    for (const auto& [kind, heard] : listen(freePorts(ports, findings)))
-        checkStream(heard, findings);
+    const bool answers = lookAtEcu(channel->client(), link, ports, findings);
+    const HeardOnStreams heard = listen(freePorts(ports, findings));
+    for (const auto& [kind, stream] : heard)
+        checkStream(stream, findings);
+    if (!answers)
+        checkSenders(heard, link, findings);
     return findings.hasProblem() ? ExitStatus::Refused : ExitStatus::Done;
 }
 

@@ -1,3 +1,4 @@
+#include "orv_decoder/ControlFrame.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/held_port.h"
@@ -64,6 +65,67 @@ private slots:
                                    .arg(sendsTo)
                                    .arg(mReceivePort)));
         QVERIFY(hasProblem(result, QStringLiteral("nothing arrives on port %1").arg(mReceivePort)));
+    }
+
+    void ecuThatSendsFromAnotherAddress()
+    {
+        const SimulatorProcess ecu(ecuArguments());
+        // Also this machine's, where nobody answers.
+        const CtlResult result =
+            CtlProcess::run(QStringList{"doctor", "--timeout", "50", "--ecu", "127.0.0.2",
+                                        "--control-port", QString::number(freeUdpPort())} +
+                            ecuArguments());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY2(hasProblem(result, QStringLiteral("live data come from 127.0.0.1, not from "
+                                                   "127.0.0.2\n")),
+                 qPrintable(result.output));
+        QVERIFY(result.output.contains(QStringLiteral("→ if 127.0.0.1 is the ECU, enter it ")));
+    }
+
+    void ecuThatSendsButDoesNotAnswer()
+    {
+        const SimulatorProcess ecu(ecuArguments());
+        const quint16 otherPort = freeUdpPort();
+        const CtlResult result = doctor(otherPort);
+        QVERIFY2(hasProblem(result, QStringLiteral("127.0.0.1 sends live data but does not answer "
+                                                   "at port %1\n")
+                                        .arg(otherPort)),
+                 qPrintable(result.output));
+    }
+
+    void senderIsNoQuestionWhereTheEcuAnswers()
+    {
+        const SimulatorProcess ecu(ecuArguments());
+        const QString output = doctor(ecu.controlPort()).output;
+        QVERIFY2(!output.contains(QStringLiteral("live data")), qPrintable(output));
+    }
+
+    void addressWithoutAWayThere()
+    {
+        // Nobody may send to it.
+        const CtlResult result =
+            CtlProcess::run(QStringList{"doctor", "--timeout", "50", "--ecu", "255.255.255.255",
+                                        "--control-port", QString::number(freeUdpPort())} +
+                            ecuArguments());
+        QVERIFY2(hasProblem(result, QStringLiteral("no ECU answers at 255.255.255.255:")),
+                 qPrintable(result.output));
+        QVERIFY2(result.output.contains(QStringLiteral("(socket: send error)\n         → this "
+                                                       "machine has no way there: ")),
+                 qPrintable(result.output));
+    }
+
+    void ecuWithoutASequence()
+    {
+        const SimulatorProcess ecu(ecuArguments());
+        LoopbackPeer peer;
+        peer.sendTo(ecu.controlPort(),
+                    orv::encodeRequest(orv::ControlCommand::MeasurementSequence, {{0, 0}}));
+        QVERIFY(peer.receive(5000));
+        const CtlResult result = doctor(ecu.controlPort());
+        QCOMPARE(result.exitStatus, 1);
+        QVERIFY2(
+            hasProblem(result, QStringLiteral("the ECU's measurement sequence has no steps\n")),
+            qPrintable(result.output));
     }
 
     void portThatSomebodyHolds()
