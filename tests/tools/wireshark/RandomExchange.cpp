@@ -65,7 +65,7 @@ Operation calibrationState(RandomRecords& records)
 {
     const std::uint8_t state = records.chance(0.5) ? records.byte() : std::uint8_t{0xFF};
     return {[](OrvCtrlClient& client) {
-                const int read = client.readAutoCalibrationState();
+                const std::int8_t read = client.readAutoCalibrationState();
                 return client.lastError().empty() ? QJsonObject{{"state", read}} : QJsonObject();
             },
             5,
@@ -142,7 +142,7 @@ Operation anyOperation(RandomRecords& records)
 // Right in half of the cases; may be empty.
 Bytes anyReplyTo(const Operation& operation, RandomRecords& records)
 {
-    const Bytes right = orv::encodeReply(operation.code, operation.payload, 0);
+    Bytes right = orv::encodeReply(operation.code, operation.payload, 0);
     const Bytes unchecked(right.begin(), right.end() - 1);
     switch (records.below(14)) {
     case 0: // refused

@@ -103,13 +103,14 @@ Bytes RandomRecords::measurement()
 void RandomRecords::appendEntry(Bytes& datagram, bool hasPosition)
 {
     datagram.push_back(chance(0.03) ? around(orv::kSensorCount) : sensorId());
-    append(datagram, bytes(8 * 4));
+    append(datagram, bytes(32));
     if (hasPosition)
         append(datagram, bytes(6));
     // Without a position only absent distances leave the flags within reach.
     const std::uint8_t flags = hasPosition ? byte() : std::uint8_t{7};
     datagram.push_back(flags);
-    append(datagram, bytes(10U * (3U - static_cast<unsigned>(std::popcount(flags & 7U)))));
+    const auto absent = static_cast<std::size_t>(std::popcount(flags & 7U));
+    append(datagram, bytes(10 * (3 - absent)));
 }
 
 Bytes RandomRecords::freespace()
