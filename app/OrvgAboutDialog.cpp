@@ -3,10 +3,13 @@
 #include "orv_decoder/build_info.h"
 #include "ui_OrvgAboutDialog.h"
 
+#include <QIcon>
+#include <QSize>
 #include <QStringList>
 
 namespace {
 
+constexpr QSize kIconSize(64, 64);
 constexpr QLatin1Char kFill(' ');
 
 } // namespace
@@ -15,6 +18,8 @@ OrvgAboutDialog::OrvgAboutDialog(QWidget* parent)
     : QDialog(parent), mUi(std::make_unique<Ui::OrvgAboutDialog>())
 {
     mUi->setupUi(this);
+    // An icon picks the picture for the screen's pixel ratio, a pixmap alone does not.
+    mUi->iconLabel->setPixmap(QIcon(QStringLiteral(":/icons/icons/wave.png")).pixmap(kIconSize));
     const QString version = versionOfBuildRecord(QString::fromLatin1(orv::kBuildRecord));
     const QString commitId = QString::fromLatin1(orv::kCommitId);
     mUi->infoLabel->setText(tr("<p align=\"center\">Version: %1 (%2)</p>"

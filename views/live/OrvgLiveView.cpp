@@ -57,7 +57,7 @@ bool OrvgLiveView::restoreState(const QByteArray& state)
 void OrvgLiveView::onRadioButtonToggled(bool state)
 {
     if (state && sender())
-        mSelectedSensor = sender()->objectName().toInt();
+        selectSensor(sender()->objectName().toInt());
 }
 
 void OrvgLiveView::onSignalWidgetClicked(OrvgSignalWidget* widget)
@@ -99,6 +99,7 @@ void OrvgLiveView::createTimelines()
 {
     for (int sensor = 0; sensor < orv::kSensorCount; ++sensor)
         createTimeline(sensor);
+    setTabOrder(mLines.back(), mUi->echoTable);
     mUi->verticalLayout->addItem(
         new QSpacerItem(20, 40, QSizePolicy::Minimum, QSizePolicy::Expanding));
 }
@@ -111,6 +112,7 @@ void OrvgLiveView::createTimeline(int sensor)
     button->setMinimumWidth(40);
     button->setChecked(sensor == mSelectedSensor);
     auto* line = new OrvgSignalLineWidget(mUi->scrollAreaWidgetContents);
+    line->setTabStop(sensor == mSelectedSensor);
     line->setAccessibleName(tr("Timeline of sensor %1").arg(sensor + 1));
     mLines[static_cast<std::size_t>(sensor)] = line;
 
@@ -121,9 +123,35 @@ void OrvgLiveView::createTimeline(int sensor)
     row->addWidget(line, 50);
     mUi->verticalLayout->addLayout(row);
 
+    connectTimeline(sensor, button);
+}
+
+void OrvgLiveView::connectTimeline(int sensor, QRadioButton* button)
+{
+    const auto* line = mLines[static_cast<std::size_t>(sensor)];
     connect(button, &QRadioButton::toggled, this, &OrvgLiveView::onRadioButtonToggled);
     connect(line, &OrvgSignalLineWidget::signalWidgetClicked, this,
             &OrvgLiveView::onSignalWidgetClicked);
+    connect(line, &OrvgSignalLineWidget::neighbourWanted, this,
+            [this, sensor](int step) { focusTimeline(sensor + step); });
+}
+
+// The Tab key stops at one timeline, not at twelve.
+void OrvgLiveView::selectSensor(int sensor)
+{
+    mSelectedSensor = sensor;
+    for (int other = 0; other < orv::kSensorCount; ++other)
+        mLines[static_cast<std::size_t>(other)]->setTabStop(other == sensor);
+    mUi->scrollArea->ensureWidgetVisible(mLines[static_cast<std::size_t>(sensor)], 0);
+}
+
+void OrvgLiveView::focusTimeline(int sensor)
+{
+    if (sensor < 0 || sensor >= orv::kSensorCount)
+        return;
+    OrvgSignalLineWidget* line = mLines[static_cast<std::size_t>(sensor)];
+    line->setFocus();
+    mUi->scrollArea->ensureWidgetVisible(line, 0);
 }
 
 void OrvgLiveView::showSignalInfo(const std::vector<orv::OrvSensorEcho>& echoes)
