@@ -42,6 +42,7 @@ public slots:
 
 private:
     void createEchoTable();
+    void setUpEchoHeader();
     void createTimelines();
     void createTimeline(int sensor);
     void connectTimeline(int sensor, QRadioButton* button);

@@ -57,7 +57,7 @@ orv::OrvFreespacePackage allFreespaces()
 
 } // namespace
 
-Stage::Stage() : mReceivePort(freeUdpPort()), mFreespacePort(freeUdpPort())
+Stage::Stage(const QSize& size) : mReceivePort(freeUdpPort()), mFreespacePort(freeUdpPort())
 {
     orv::registerMetaTypes();
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
@@ -65,6 +65,8 @@ Stage::Stage() : mReceivePort(freeUdpPort()), mFreespacePort(freeUdpPort())
     mEcu.setHandler([this](const orv::ControlRequest& request) { return reply(request); });
     mClock.whileReceiving([this] { mEcu.serveWaiting(); });
     mWindow = std::make_unique<TarvioWindow>();
+    if (size.isValid())
+        mWindow->resize(size);
     mWindow->show();
     pass(kFirstProbeMs);
     showLiveData();

@@ -30,7 +30,8 @@ public:
     /// Does in a dialog what leads on, closing it at last.
     using Answer = std::function<void(QWidget& dialog)>;
 
-    Stage();
+    /// @param size of the window; none for the one of its own
+    explicit Stage(const QSize& size = {});
     ~Stage();
 
     TarvioWindow& window() { return *mWindow; }
