@@ -15,6 +15,11 @@ public:
     /// Shows the window, which has to be in its MDI area, maximized.
     void showFixed();
 
+signals:
+    /// The Tab key, or Shift+Tab, is to lead on from the part that has the focus.
+    void tabbed(bool next);
+
 protected:
+    bool focusNextPrevChild(bool next) override;
     void closeEvent(QCloseEvent* event) override;
 };

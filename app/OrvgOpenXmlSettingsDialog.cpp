@@ -20,6 +20,8 @@ OrvgOpenXmlSettingsDialog::OrvgOpenXmlSettingsDialog(QWidget* parent)
     const auto boxes = mUi->mImportMaskGroupBox->findChildren<QCheckBox*>();
     for (QCheckBox* box : boxes)
         mCheckBoxes.insert(box->property(kSectionProperty).toString(), box);
+    // Not in the form: what is created inside of a disabled box is known to screen readers without
+    // its kind.
     setImportEnabled(false);
     connect(mUi->mBrowseButton, &QPushButton::clicked, this, &OrvgOpenXmlSettingsDialog::onBrowse);
     connect(mUi->mFileLineEdit, &QLineEdit::textChanged, this,

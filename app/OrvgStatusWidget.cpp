@@ -22,6 +22,18 @@ QRect squareIn(const QRect& area)
     return square;
 }
 
+// By bars: at ratios with a fraction a line along the edge may fall beside the widget.
+void paintFrame(QPainter& painter, const QRect& frame)
+{
+    const QColor color = painter.pen().color();
+    const int length = frame.width() + 1;
+    const int height = frame.height() + 1;
+    painter.fillRect(frame.left(), frame.top(), length, 1, color);
+    painter.fillRect(frame.left(), frame.top() + frame.height(), length, 1, color);
+    painter.fillRect(frame.left(), frame.top(), 1, height, color);
+    painter.fillRect(frame.left() + frame.width(), frame.top(), 1, height, color);
+}
+
 } // namespace
 
 OrvgStatusWidget::OrvgStatusWidget(QWidget* parent) : QWidget(parent)
@@ -110,5 +122,5 @@ void OrvgStatusWidget::paintEvent(QPaintEvent*)
     QRect field(5, 1, width() - height() - 15, height() - 2);
     painter.drawText(field, Qt::AlignCenter, mFirmwareVersion);
     field.setLeft(0);
-    painter.drawRect(field);
+    paintFrame(painter, field);
 }

@@ -7,6 +7,7 @@
 #include "app/OrvgConnectionSettingsDialog.h"
 #include "app/SettingsFileCommands.h"
 #include "app/store_or_tell.h"
+#include "app/tab_order.h"
 #include "app/view_holders.h"
 #include "app/window_layout.h"
 #include "ecu/configuration/network_section.h"
@@ -85,6 +86,7 @@ void TarvioWindow::createMdiViews()
 QMdiSubWindow* TarvioWindow::addSubWindow(QWidget* view)
 {
     auto* window = new FixedSubWindow(view);
+    connect(window, &FixedSubWindow::tabbed, this, &TarvioWindow::focusNextPrevChild);
     mUi->mMdiArea->addSubWindow(window);
     window->showFixed();
     return window;
@@ -148,6 +150,16 @@ void TarvioWindow::connectActions()
 bool TarvioWindow::event(QEvent* event)
 {
     return event->type() == QEvent::StatusTip || QMainWindow::event(event);
+}
+
+bool TarvioWindow::focusNextPrevChild(bool next)
+{
+    QWidget* stop = nextTabStop(*this, next);
+    if (!stop)
+        return false;
+    stop->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    bringIntoSight(*stop);
+    return true;
 }
 
 void TarvioWindow::closeEvent(QCloseEvent* event)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Renders every svg/NAME.svg to NAME.png and NAME@2x.png and reports what icons.qrc lists but nobody drew,
+# Renders every svg/NAME.svg to NAME.png, NAME@2x.png and NAME@3x.png and reports what icons.qrc lists but nobody drew,
 # or the other way round. Needs rsvg-convert (librsvg2-bin) and the DejaVu Sans font.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -26,14 +26,15 @@ for drawing in svg/*.svg; do
     name="$(basename "$drawing" .svg)"
     rsvg-convert --zoom 1 --output "$name.png" "$drawing"
     rsvg-convert --zoom 2 --output "$name@2x.png" "$drawing"
-    for picture in "$name.png" "$name@2x.png"; do
+    rsvg-convert --zoom 3 --output "$name@3x.png" "$drawing"
+    for picture in "$name.png" "$name@2x.png" "$name@3x.png"; do
         grep -qxF "$picture" <<<"$listed" || report "$picture in icons.qrc"
     done
 done
 
 while read -r picture; do
     name="${picture%.png}"
-    [ -f "svg/${name%@2x}.svg" ] || report "svg/${name%@2x}.svg, listed in icons.qrc as $picture"
+    [ -f "svg/${name%@[23]x}.svg" ] || report "svg/${name%@[23]x}.svg, listed in icons.qrc as $picture"
 done <<<"$listed"
 
 exit "$missing"

@@ -33,6 +33,11 @@ void TemporaryProfile::setValue(const QString& key, const QVariant& value)
     openStore().setValue(key, value);
 }
 
+void TemporaryProfile::remove(const QString& key)
+{
+    openStore().remove(key);
+}
+
 QVariant TemporaryProfile::value(const QString& key) const
 {
     return openStore().value(key);

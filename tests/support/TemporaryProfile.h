@@ -17,6 +17,8 @@ public:
     void setNetwork(std::uint16_t controlPort, std::uint16_t receivePort, std::uint16_t fspPort);
 
     void setValue(const QString& key, const QVariant& value);
+    /// A key, or a group with all that is in it.
+    void remove(const QString& key);
     QVariant value(const QString& key) const;
     QStringList keys(const QString& group) const;
     QStringList groups() const;

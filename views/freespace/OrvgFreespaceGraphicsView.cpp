@@ -28,6 +28,7 @@ OrvgFreespaceGraphicsView::OrvgFreespaceGraphicsView(QWidget* parent)
     , mEditor(new MarkerEditor(mScene))
     , mZoom(new AnimatedZoom(this))
 {
+    announcePictures();
     setScene(mScene);
     setTransformationAnchor(NoAnchor);
     setResizeAnchor(NoAnchor);

@@ -2,6 +2,7 @@
 
 #include "orv_decoder/SensorMountPosition.h"
 #include "orv_decoder/metatypes.h"
+#include "views/common/accessible_picture.h"
 
 #include <QGraphicsView>
 
@@ -18,6 +19,7 @@ class MarkerEditor;
 class OrvgFreespaceGraphicsView : public QGraphicsView
 {
     Q_OBJECT
+    TARVIO_ACCESSIBLE_PICTURE
 
 public:
     explicit OrvgFreespaceGraphicsView(QWidget* parent = nullptr);

@@ -10,6 +10,9 @@ OrvgSensorParameterWidget::OrvgSensorParameterWidget(QWidget* parent)
     : QGroupBox(parent), mUi(std::make_unique<Ui::OrvgSensorParameterWidget>())
 {
     mUi->setupUi(this);
+    // Not in the form: what is created inside of a disabled widget is known to screen readers
+    // without its kind.
+    setEnabled(false);
     connectSignals();
 }
 

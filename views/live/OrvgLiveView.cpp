@@ -19,12 +19,38 @@ namespace {
 
 enum EchoColumn { TimeOfFlightColumn, MagnitudeColumn, EchoColumnCount };
 
-// The narrowest pane breaks the longer header into three lines; a header that wraps its texts
-// asks for the height of one line only.
-int wrappedHeaderHeight(const QTableWidget& table)
+int headerMargins(const QHeaderView& header)
 {
-    const int margin = table.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, &table);
-    return 3 * table.fontMetrics().lineSpacing() + margin;
+    return 2 * header.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, &header);
+}
+
+QString headerText(const QHeaderView& header, int section)
+{
+    return header.model()->headerData(section, header.orientation()).toString();
+}
+
+// What the longest word of a header needs, in any language; it may stand in the margins.
+int narrowestSection(const QHeaderView& header)
+{
+    int width = 0;
+    for (int section = 0; section < header.count(); ++section) {
+        for (const QString& word : headerText(header, section).split(QLatin1Char(' ')))
+            width = std::max(width, header.fontMetrics().tightBoundingRect(word).width());
+    }
+    return width;
+}
+
+// A header that wraps its texts asks for the height of one line only.
+int wrappedHeaderHeight(const QHeaderView& header, int sectionWidth)
+{
+    const QRect room(0, 0, sectionWidth - headerMargins(header), 0);
+    int height = 0;
+    for (int section = 0; section < header.count(); ++section)
+        height =
+            std::max(height, header.fontMetrics()
+                                 .boundingRect(room, Qt::TextWordWrap, headerText(header, section))
+                                 .height());
+    return height + headerMargins(header) / 2;
 }
 
 bool hasFirstEcho(const std::vector<orv::OrvSensorEcho>& echoes)
@@ -57,7 +83,7 @@ bool OrvgLiveView::restoreState(const QByteArray& state)
 void OrvgLiveView::onRadioButtonToggled(bool state)
 {
     if (state && sender())
-        mSelectedSensor = sender()->objectName().toInt();
+        selectSensor(sender()->objectName().toInt());
 }
 
 void OrvgLiveView::onSignalWidgetClicked(OrvgSignalWidget* widget)
@@ -82,10 +108,7 @@ void OrvgLiveView::createEchoTable()
     table->setItemDelegate(new EchoCellDelegate(table));
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->verticalHeader()->setMinimumSectionSize(table->fontMetrics().lineSpacing());
-    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    table->horizontalHeader()->setMinimumHeight(wrappedHeaderHeight(*table));
-    for (int column = 0; column < EchoColumnCount; ++column)
-        table->horizontalHeaderItem(column)->setTextAlignment(Qt::AlignCenter | Qt::TextWordWrap);
+    setUpEchoHeader();
     for (int row = 0; row < table->rowCount(); ++row) {
         for (int column = 0; column < EchoColumnCount; ++column) {
             auto* cell = new QTableWidgetItem;
@@ -95,10 +118,24 @@ void OrvgLiveView::createEchoTable()
     }
 }
 
+// The narrowest pane breaks the longer header into several lines; with longer words it scrolls.
+void OrvgLiveView::setUpEchoHeader()
+{
+    const QTableWidget& table = *mUi->echoTable;
+    QHeaderView& header = *table.horizontalHeader();
+    const int narrowest = narrowestSection(header);
+    header.setSectionResizeMode(QHeaderView::Stretch);
+    header.setMinimumSectionSize(narrowest);
+    header.setMinimumHeight(wrappedHeaderHeight(header, narrowest));
+    for (int column = 0; column < EchoColumnCount; ++column)
+        table.horizontalHeaderItem(column)->setTextAlignment(Qt::AlignCenter | Qt::TextWordWrap);
+}
+
 void OrvgLiveView::createTimelines()
 {
     for (int sensor = 0; sensor < orv::kSensorCount; ++sensor)
         createTimeline(sensor);
+    setTabOrder(mLines.back(), mUi->echoTable);
     mUi->verticalLayout->addItem(
         new QSpacerItem(20, 40, QSizePolicy::Minimum, QSizePolicy::Expanding));
 }
@@ -111,6 +148,7 @@ void OrvgLiveView::createTimeline(int sensor)
     button->setMinimumWidth(40);
     button->setChecked(sensor == mSelectedSensor);
     auto* line = new OrvgSignalLineWidget(mUi->scrollAreaWidgetContents);
+    line->setTabStop(sensor == mSelectedSensor);
     line->setAccessibleName(tr("Timeline of sensor %1").arg(sensor + 1));
     mLines[static_cast<std::size_t>(sensor)] = line;
 
@@ -121,9 +159,35 @@ void OrvgLiveView::createTimeline(int sensor)
     row->addWidget(line, 50);
     mUi->verticalLayout->addLayout(row);
 
+    connectTimeline(sensor, button);
+}
+
+void OrvgLiveView::connectTimeline(int sensor, QRadioButton* button)
+{
+    const auto* line = mLines[static_cast<std::size_t>(sensor)];
     connect(button, &QRadioButton::toggled, this, &OrvgLiveView::onRadioButtonToggled);
     connect(line, &OrvgSignalLineWidget::signalWidgetClicked, this,
             &OrvgLiveView::onSignalWidgetClicked);
+    connect(line, &OrvgSignalLineWidget::neighbourWanted, this,
+            [this, sensor](int step) { focusTimeline(sensor + step); });
+}
+
+// The Tab key stops at one timeline, not at twelve.
+void OrvgLiveView::selectSensor(int sensor)
+{
+    mSelectedSensor = sensor;
+    for (int other = 0; other < orv::kSensorCount; ++other)
+        mLines[static_cast<std::size_t>(other)]->setTabStop(other == sensor);
+    mUi->scrollArea->ensureWidgetVisible(mLines[static_cast<std::size_t>(sensor)], 0);
+}
+
+void OrvgLiveView::focusTimeline(int sensor)
+{
+    if (sensor < 0 || sensor >= orv::kSensorCount)
+        return;
+    OrvgSignalLineWidget* line = mLines[static_cast<std::size_t>(sensor)];
+    line->setFocus();
+    mUi->scrollArea->ensureWidgetVisible(line, 0);
 }
 
 void OrvgLiveView::showSignalInfo(const std::vector<orv::OrvSensorEcho>& echoes)

@@ -12,6 +12,7 @@
 
 class OrvgSignalLineWidget;
 class OrvgSignalWidget;
+class QRadioButton;
 
 namespace Ui {
 class OrvgLiveView;
@@ -41,8 +42,12 @@ public slots:
 
 private:
     void createEchoTable();
+    void setUpEchoHeader();
     void createTimelines();
     void createTimeline(int sensor);
+    void connectTimeline(int sensor, QRadioButton* button);
+    void selectSensor(int sensor);
+    void focusTimeline(int sensor);
     void showSignalInfo(const std::vector<orv::OrvSensorEcho>& echoes);
     void showEchoRow(int row, const orv::OrvSensorEcho& echo);
 

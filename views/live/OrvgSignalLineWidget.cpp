@@ -1,9 +1,11 @@
 #include "views/live/OrvgSignalLineWidget.h"
 
 #include "views/live/OrvgSignalWidget.h"
+#include "views/live/slot_keys.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -14,12 +16,15 @@ namespace {
 
 constexpr int kItemWidth = 40;
 constexpr int kMinimumHeight = 50;
+constexpr int kFocusFrameWidth = 2;
 
 } // namespace
 
 OrvgSignalLineWidget::OrvgSignalLineWidget(QWidget* parent)
     : QFrame(parent), mLayout(new QHBoxLayout(this))
 {
+    announcePictures();
+    setTabStop(true);
     setFrameShape(QFrame::Box);
     setMinimumHeight(kMinimumHeight);
     setMouseTracking(true);
@@ -34,6 +39,11 @@ OrvgSignalLineWidget::OrvgSignalLineWidget(QWidget* parent)
 int OrvgSignalLineWidget::itemCount() const
 {
     return width() / kItemWidth;
+}
+
+void OrvgSignalLineWidget::setTabStop(bool isTabStop)
+{
+    setFocusPolicy(isTabStop ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 void OrvgSignalLineWidget::addMeasurement(const std::vector<orv::OrvSensorEcho>& echos,
@@ -62,6 +72,8 @@ void OrvgSignalLineWidget::paintEvent(QPaintEvent* event)
         if (!slot.isEmpty() && event->rect().intersects(slot))
             paintSlot(painter, position);
     }
+    if (hasFocus())
+        paintFocus(painter);
 }
 
 void OrvgSignalLineWidget::changeEvent(QEvent* event)
@@ -70,10 +82,21 @@ void OrvgSignalLineWidget::changeEvent(QEvent* event)
     mPictures.forget();
 }
 
+void OrvgSignalLineWidget::keyPressEvent(QKeyEvent* event)
+{
+    const auto slot = slotAfterKey(event->key(), focusedSlot(), mItems.size());
+    if (slot)
+        focusSlot(*slot);
+    else if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)
+        emit neighbourWanted(event->key() == Qt::Key_Up ? -1 : 1);
+    else
+        QFrame::keyPressEvent(event);
+}
+
 void OrvgSignalLineWidget::mousePressEvent(QMouseEvent* event)
 {
     if (OrvgSignalWidget* item = itemAt(event->pos()))
-        emit signalWidgetClicked(item);
+        focusSlot(mItems.indexOf(item));
 }
 
 void OrvgSignalLineWidget::mouseMoveEvent(QMouseEvent* event)
@@ -124,6 +147,28 @@ void OrvgSignalLineWidget::paintSlot(QPainter& painter, int position)
     painter.translate(item.pos());
     item.paint(painter);
     painter.restore();
+}
+
+void OrvgSignalLineWidget::paintFocus(QPainter& painter) const
+{
+    if (mItems.isEmpty())
+        return;
+    const int inset = kFocusFrameWidth / 2;
+    painter.setPen(QPen(palette().color(QPalette::Highlight), kFocusFrameWidth));
+    painter.drawRect(mItems[focusedSlot()]->geometry().adjusted(inset, inset, -inset, -inset));
+}
+
+// Fewer results may fit by now.
+int OrvgSignalLineWidget::focusedSlot() const
+{
+    return std::max(0, static_cast<int>(mItems.size()) - 1 - mSlotsFromNewest);
+}
+
+void OrvgSignalLineWidget::focusSlot(int position)
+{
+    mSlotsFromNewest = static_cast<int>(mItems.size()) - 1 - position;
+    update();
+    emit signalWidgetClicked(mItems[position]);
 }
 
 bool OrvgSignalLineWidget::hasWholePixels() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orv_decoder/metatypes.h"
+#include "views/common/accessible_picture.h"
 #include "views/live/TimelinePictures.h"
 
 #include <QFrame>
@@ -18,6 +19,7 @@ class QPainter;
 class OrvgSignalLineWidget : public QFrame
 {
     Q_OBJECT
+    TARVIO_ACCESSIBLE_PICTURE
 
 public:
     explicit OrvgSignalLineWidget(QWidget* parent = nullptr);
@@ -28,15 +30,23 @@ public:
     /// Number of pictures that the present width asks for; 0 when it is too narrow for one.
     int itemCount() const;
 
+    /// Whether Tab stops here; a click and the keys of a neighbour always do.
+    void setTabStop(bool isTabStop);
+
 public slots:
     void addMeasurement(const std::vector<orv::OrvSensorEcho>& echos, orv::OrvSensorRole role);
 
 signals:
+    /// A picture was clicked, or a key has led to it.
     void signalWidgetClicked(OrvgSignalWidget* widget);
+
+    /// The user wants to go on in the timeline above (-1) or below (1).
+    void neighbourWanted(int step);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
 
@@ -45,6 +55,9 @@ private:
     void adjustItems();
     void shiftLeft();
     void paintSlot(QPainter& painter, int position);
+    void paintFocus(QPainter& painter) const;
+    int focusedSlot() const;
+    void focusSlot(int position);
     bool hasWholePixels() const;
     OrvgSignalWidget* itemAt(QPoint position) const;
     void showCursor();
@@ -52,5 +65,6 @@ private:
     QHBoxLayout* mLayout;            // this widget's layout
     QList<OrvgSignalWidget*> mItems; // children: hidden, this widget paints them
     TimelinePictures mPictures;
-    QPoint mPointer{-1, -1}; // where the mouse was last
+    QPoint mPointer{-1, -1};  // where the mouse was last
+    int mSlotsFromNewest = 0; // where the keys have led to
 };

@@ -15,7 +15,10 @@ constexpr int kFrameWidth = 2;
 
 } // namespace
 
-OrvgSignalWidget::OrvgSignalWidget(QWidget* parent) : QWidget(parent) {}
+OrvgSignalWidget::OrvgSignalWidget(QWidget* parent) : QWidget(parent)
+{
+    announcePictures();
+}
 
 OrvgSignalWidget::OrvgSignalWidget(const std::vector<orv::OrvSensorEcho>& echos, QWidget* parent)
     : QWidget(parent), mIsClickable(true)

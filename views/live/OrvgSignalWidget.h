@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orv_decoder/OrvMeasurementResult.h"
+#include "views/common/accessible_picture.h"
 
 #include <QWidget>
 
@@ -15,6 +16,7 @@ class QPainter;
 class OrvgSignalWidget : public QWidget
 {
     Q_OBJECT
+    TARVIO_ACCESSIBLE_PICTURE
 
 public:
     /// The large picture: no echoes, not clickable.

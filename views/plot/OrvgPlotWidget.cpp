@@ -26,6 +26,7 @@ void drawCircle(QPainter& painter, QPoint center, int radius)
 
 OrvgPlotWidget::OrvgPlotWidget(QWidget* parent) : QWidget(parent)
 {
+    announcePictures();
     setWindowTitle(tr("Form"));
     setAttribute(Qt::WA_OpaquePaintEvent);
     resize(400, 300);

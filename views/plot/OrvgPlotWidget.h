@@ -3,6 +3,7 @@
 #include "ecu/recording/EchoSamples.h"
 #include "orv_decoder/OrvMeasurementResult.h"
 #include "orv_decoder/SensorThreshold.h"
+#include "views/common/accessible_picture.h"
 #include "views/plot/PlotGeometry.h"
 #include "views/plot/StickPicture.h"
 
@@ -18,6 +19,7 @@
 class OrvgPlotWidget : public QWidget
 {
     Q_OBJECT
+    TARVIO_ACCESSIBLE_PICTURE
 
 public:
     explicit OrvgPlotWidget(QWidget* parent = nullptr);

@@ -1,0 +1,71 @@
+#include "tests/app/scenes/scenes.h"
+#include "views/freespace/OrvgFreespaceGraphicsView.h"
+
+#include <QAbstractButton>
+#include <QDockWidget>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTableView>
+#include <QtTest>
+
+namespace {
+
+enum SubWindow { Signals, Freespaces };
+
+void bringToFront(Stage& stage, SubWindow view, const char* dock)
+{
+    auto& area = stage.part<QMdiArea>("mMdiArea");
+    area.setActiveSubWindow(area.subWindowList().at(view));
+    stage.part<QDockWidget>(dock).raise();
+    stage.pass(0);
+}
+
+void lookAt(Stage& stage, SubWindow view, const char* dock, const Stage::Look& look)
+{
+    bringToFront(stage, view, dock);
+    stage.showLiveData();
+    look(stage.window());
+}
+
+void lookAtEditMode(Stage& stage, const Stage::Look& look)
+{
+    bringToFront(stage, Freespaces, "sensorPositionDock");
+    stage.part<QAbstractButton>("mModeButton").setChecked(true);
+    auto& picture = stage.part<OrvgFreespaceGraphicsView>("graphicsView");
+    picture.setFocus();
+    QTest::keyClick(&picture, Qt::Key_PageDown);
+    look(stage.window());
+    stage.part<QAbstractButton>("mModeButton").setChecked(false);
+    bringToFront(stage, Signals, "thresholdDock");
+}
+
+void lookAtTheLostLink(Stage& stage, const Stage::Look& look)
+{
+    stage.setMood(Stage::Mood::Refuses);
+    stage.window().onStatusTimeout();
+    look(stage.window());
+    stage.setMood(Stage::Mood::Answers);
+    stage.window().onStatusTimeout();
+    look(stage.window());
+}
+
+} // namespace
+
+std::vector<Scene> windowScenes()
+{
+    return {{"signals, thresholds",
+             [](Stage& stage, const Stage::Look& look) {
+                 stage.part<QTableView>("mTableView").selectRow(2);
+                 lookAt(stage, Signals, "thresholdDock", look);
+             }},
+            {"freespaces, sequence",
+             [](Stage& stage, const Stage::Look& look) {
+                 lookAt(stage, Freespaces, "mseqDock", look);
+             }},
+            {"freespaces, positions",
+             [](Stage& stage, const Stage::Look& look) {
+                 lookAt(stage, Freespaces, "sensorPositionDock", look);
+             }},
+            {"edit mode", lookAtEditMode},
+            {"lost link", lookAtTheLostLink}};
+}
