@@ -3,6 +3,7 @@
 #include "app/OrvgStatusWidget.h"
 #include "app/StatusMessages.h"
 #include "ecu/link/LinkSupervisor.h"
+#include "ecu/link/failure_text.h"
 
 #include <QStatusBar>
 
@@ -51,9 +52,8 @@ void LinkDisplay::showPortProblems()
 {
     QStringList texts;
     for (const PortProblem& problem : mSupervisor.portProblems())
-        texts.append(tr("Can't receive on port %1: %2")
-                         .arg(problem.port)
-                         .arg(QString::fromStdString(problem.reason)));
+        texts.append(
+            tr("Can't receive on port %1: %2").arg(problem.port).arg(failureText(problem.reason)));
     mStatusWidget->setTroubles(texts);
     mMessages->setTrouble(texts.join(QStringLiteral(" ")));
 }

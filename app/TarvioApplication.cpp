@@ -18,7 +18,7 @@ auto guarded(Function function, Handler handle) -> decltype(function())
     } catch (const std::exception& error) {
         handle(QString::fromLocal8Bit(error.what()));
     } catch (...) {
-        handle(QStringLiteral("no reason given"));
+        handle(TarvioApplication::tr("no reason given"));
     }
     return {};
 }

@@ -8,10 +8,10 @@
 
 namespace {
 
-QString translated(const char* text)
+struct SettingsStore
 {
-    return QCoreApplication::translate("SettingsStore", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(SettingsStore)
+};
 
 } // namespace
 
@@ -20,6 +20,6 @@ void storeOrTell(const QSettings& store, QWidget* parent)
     if (settings::writeStore(store))
         return;
     const QString file = QDir::toNativeSeparators(settings::storeFileName());
-    QMessageBox::warning(parent, translated("Settings not stored"),
-                         translated("The settings could not be written to\n%1").arg(file));
+    QMessageBox::warning(parent, SettingsStore::tr("Settings not stored"),
+                         SettingsStore::tr("The settings could not be written to\n%1").arg(file));
 }

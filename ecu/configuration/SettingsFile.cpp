@@ -2,6 +2,7 @@
 
 #include "ecu/configuration/settings_text.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
@@ -13,13 +14,25 @@ namespace {
 const QString kRootElement = QStringLiteral("OrvgProject");
 const QString kDocumentType = QStringLiteral("<!DOCTYPE tarvio>");
 
-const QString kInvalidFile = QStringLiteral("invalid xml file");
-
 // Many more than there are parts.
 constexpr int kMaxSections = 16;
 
 // A message quotes names and texts of the file.
 constexpr int kMaxErrorLength = 200;
+
+// For who collects the texts to be translated: what the readers of the sections say.
+[[maybe_unused]] constexpr const char* kSectionErrors[] = {
+    QT_TRANSLATE_NOOP("ImportErrors", "wrong xml format"),
+    QT_TRANSLATE_NOOP("ImportErrors", "id missing"),
+    QT_TRANSLATE_NOOP("ImportErrors", "wrong id value"),
+    QT_TRANSLATE_NOOP("ImportErrors", "wrong data format"),
+    QT_TRANSLATE_NOOP("ImportErrors", "wrong thresholds data format"),
+    QT_TRANSLATE_NOOP("ImportErrors", "Invalid data format of sensor positions")};
+
+struct ImportErrors
+{
+    Q_DECLARE_TR_FUNCTIONS(ImportErrors)
+};
 
 /// One section as it stands in a file.
 struct SectionText
@@ -64,13 +77,13 @@ FileSections cutFile(const QString& fileName)
 {
     QXmlStreamReader reader(settingsText(fileName));
     if (!reader.readNextStartElement())
-        return {{}, kInvalidFile};
+        return {{}, ImportErrors::tr("invalid xml file")};
     if (reader.name() != kRootElement)
-        return {{}, QStringLiteral("not an OrvgProject")};
+        return {{}, ImportErrors::tr("not an OrvgProject")};
     QVector<SectionText> sections;
     while (reader.readNextStartElement()) {
         if (sections.size() == kMaxSections)
-            return {sections, kInvalidFile};
+            return {sections, ImportErrors::tr("invalid xml file")};
         sections.append(nextSection(reader));
     }
     // Nothing may stand behind the root.
@@ -81,7 +94,7 @@ FileSections cutFile(const QString& fileName)
 
 QString unknownCategory(const QString& element)
 {
-    return (QStringLiteral("Unknown category ") + element).left(kMaxErrorLength);
+    return ImportErrors::tr("Unknown category %1").arg(element).left(kMaxErrorLength);
 }
 
 // Why the part does not take the content of the reader's element; empty when it does.
@@ -89,7 +102,7 @@ QString contentError(const ConfigurationPart& part, QXmlStreamReader& reader)
 {
     std::string error;
     if (!part.readFromXml(reader, error))
-        return QString::fromStdString(error);
+        return ImportErrors::tr(error.c_str());
     return reader.error() == QXmlStreamReader::UnexpectedElementError ? reader.errorString()
                                                                       : QString();
 }
@@ -101,7 +114,8 @@ void importSection(const ConfigurationPart& part, const SectionText& section, Im
     const QString error = section.error.isEmpty() ? contentError(part, reader) : section.error;
     if (!error.isEmpty())
         report.sectionErrors +=
-            part.errorName + QStringLiteral(": ") + error.left(kMaxErrorLength) + QLatin1Char('\n');
+            ImportErrors::tr("%1: %2").arg(part.errorName, error.left(kMaxErrorLength)) +
+            QLatin1Char('\n');
     // More than the section may hold, a thirteenth step for one.
     else if (reader.readNextStartElement())
         report.abortText = unknownCategory(reader.name().toString());

@@ -1,5 +1,6 @@
 #include "ecu/configuration/all_thresholds.h"
 
+#include "ecu/link/failure_text.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/constants.h"
 
@@ -12,7 +13,7 @@ namespace {
 QString failureOf(int sensor, const std::string& reason)
 {
     return QCoreApplication::translate("Threshold", "Sensor %1: %2")
-        .arg(QString::number(sensor + 1).rightJustified(2), QString::fromStdString(reason));
+        .arg(QString::number(sensor + 1).rightJustified(2), failureText(reason));
 }
 
 } // namespace

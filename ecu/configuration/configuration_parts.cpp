@@ -16,7 +16,7 @@ struct PartNames
 ConfigurationPart part(const PartNames& names, int turn, const PartHolder& holder)
 {
     return {.element = QString::fromLatin1(names.element),
-            .errorName = QString::fromLatin1(names.errorName),
+            .errorName = QCoreApplication::translate("Configuration", names.errorName),
             .writeXml = holder.writeXml,
             .readFromXml = holder.readFromXml,
             .ecu = EcuTransfer{.name = QCoreApplication::translate("Configuration", names.ecuName),
@@ -29,12 +29,13 @@ ConfigurationPart part(const PartNames& names, int turn, const PartHolder& holde
 
 QVector<ConfigurationPart> ecuParts(const ConfigurationHolders& holders)
 {
-    return {part({"MSEQ", "Measurement sequence",
+    return {part({"MSEQ", QT_TRANSLATE_NOOP("Configuration", "Measurement sequence"),
                   QT_TRANSLATE_NOOP("Configuration", "measurement sequence")},
                  2, holders.sequence),
-            part({"Thresholds", "Thresholds", QT_TRANSLATE_NOOP("Configuration", "thresholds")}, 1,
-                 holders.thresholds),
-            part({"MountPositions", "MountPositions",
+            part({"Thresholds", QT_TRANSLATE_NOOP("Configuration", "Thresholds"),
+                  QT_TRANSLATE_NOOP("Configuration", "thresholds")},
+                 1, holders.thresholds),
+            part({"MountPositions", QT_TRANSLATE_NOOP("Configuration", "MountPositions"),
                   QT_TRANSLATE_NOOP("Configuration", "sensor positions")},
                  3, holders.positions)};
 }

@@ -2,6 +2,7 @@
 
 #include "ecu/store/network_keys.h"
 
+#include <QCoreApplication>
 #include <QSettings>
 #include <QStringList>
 #include <QXmlStreamReader>
@@ -55,7 +56,7 @@ ConfigurationPart networkPart(QSettings& store)
 {
     const QString name = QStringLiteral("Network");
     return {.element = name,
-            .errorName = name,
+            .errorName = QCoreApplication::translate("Configuration", "Network"),
             .writeXml = [&store](QXmlStreamWriter& writer) { writeNetworkSection(writer, store); },
             .readFromXml =
                 [&store](QXmlStreamReader& reader, std::string& error) {

@@ -4,19 +4,19 @@
 
 namespace {
 
-QString translated(const char* word)
+struct SequenceStep
 {
-    return QCoreApplication::translate("SequenceStep", word);
-}
+    Q_DECLARE_TR_FUNCTIONS(SequenceStep)
+};
 
 } // namespace
 
 QStringList modeWords()
 {
-    return {translated("AM"), translated("BPSK0"), translated("BPSK1")};
+    return {SequenceStep::tr("AM"), SequenceStep::tr("BPSK0"), SequenceStep::tr("BPSK1")};
 }
 
 QStringList stateWords()
 {
-    return {translated("Disabled"), translated("Active"), translated("Passive")};
+    return {SequenceStep::tr("Disabled"), SequenceStep::tr("Active"), SequenceStep::tr("Passive")};
 }

@@ -1,5 +1,6 @@
 #include "views/common/EcuExchange.h"
 
+#include "ecu/link/failure_text.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "views/common/WaitCursor.h"
 #include "views/common/messages.h"
@@ -20,8 +21,7 @@ bool EcuExchange::mayOverwrite(bool silent, const QString& title) const
 bool EcuExchange::run(bool silent, const std::function<bool(orv::OrvCtrlClient&)>& exchange) const
 {
     return runAll(silent, [&exchange](orv::OrvCtrlClient& client) {
-        return exchange(client) ? QStringList()
-                                : QStringList(QString::fromStdString(client.lastError()));
+        return exchange(client) ? QStringList() : QStringList(failureText(client.lastError()));
     });
 }
 

@@ -1,15 +1,17 @@
 #include "views/common/messages.h"
 
+#include "ecu/link/failure_text.h"
+
 #include <QCoreApplication>
 #include <QMessageBox>
 #include <QString>
 
 namespace {
 
-QString translated(const char* text)
+struct Messages
 {
-    return QCoreApplication::translate("Messages", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(Messages)
+};
 
 QMessageBox* openBox(QMessageBox::Icon icon, QMessageBox::StandardButtons buttons, QWidget* parent,
                      const QString& title, const QString& text)
@@ -31,7 +33,7 @@ bool askYesNo(QWidget* parent, const QString& title, const QString& text)
 bool confirmOverwrite(QWidget* parent, const QString& title)
 {
     return askYesNo(parent, title,
-                    translated("Current changes would be overwritten. Are You sure?"));
+                    Messages::tr("Current changes would be overwritten. Are You sure?"));
 }
 
 void openInformation(QWidget* parent, const QString& title, const QString& text)
@@ -54,10 +56,10 @@ QMessageBox* openQuestion(QWidget* parent, const QString& title, const QString& 
 
 void showCommunicationError(QWidget* parent, const QString& text)
 {
-    QMessageBox::warning(parent, translated("Communication error"), text, QMessageBox::Ok);
+    QMessageBox::warning(parent, Messages::tr("Communication error"), text, QMessageBox::Ok);
 }
 
 void showCommunicationError(QWidget* parent, const std::string& lastError)
 {
-    showCommunicationError(parent, QString::fromStdString(lastError));
+    showCommunicationError(parent, failureText(lastError));
 }
