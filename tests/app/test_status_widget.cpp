@@ -3,6 +3,7 @@
 
 #include <QIcon>
 #include <QImage>
+#include <QtMath>
 #include <QtTest>
 
 class TestStatusWidget : public QObject
@@ -17,6 +18,7 @@ private slots:
     void disconnectedPaintsTheLedAlone();
     void connectedFramesTheVersionFromTheLeftEdge();
     void ledGrowsWithTheBar();
+    void frameOfTheVersionIsClosed();
     void sameStateAgainPaintsNothing();
     void troublesAreFurtherLinesOfTheToolTip();
     void largeFontMakesTheBarHigher();
@@ -146,6 +148,24 @@ void TestStatusWidget::ledGrowsWithTheBar()
         // A disc that fills the square but for its soft edge and a margin of one.
         QVERIFY(paintedPixels(image, {middle, 0, 1, height}) >= height * 3 / 5);
         QVERIFY(paintedPixels(image, {200 - height, height / 2, height, 1}) >= height * 3 / 5);
+    }
+}
+
+// Wherever it stands: at ratios with a fraction its edges lie between two pixels.
+void TestStatusWidget::frameOfTheVersionIsClosed()
+{
+    QWidget window;
+    window.resize(220, 24);
+    OrvgStatusWidget widget(&window);
+    widget.setConnected(true);
+    for (int x = 0; x < 8; ++x) {
+        widget.setGeometry(x, 0, 200, 24);
+        const QImage image = window.grab().toImage();
+        const int middle = image.height() / 2;
+        const int edge = qFloor(x * image.devicePixelRatio());
+        const QRgb ground = image.pixel(edge + 6, middle); // left of the text
+        QVERIFY2(image.pixel(edge, middle) != ground || image.pixel(edge + 1, middle) != ground,
+                 qPrintable(QString::number(x)));
     }
 }
 

@@ -38,6 +38,7 @@ public:
     TemporaryProfile& profile() { return mProfile; }
     QString path(const QString& name) const { return mFolder.filePath(name); }
     std::uint16_t receivePort() const { return mReceivePort; }
+    std::uint16_t freespacePort() const { return mFreespacePort; }
     std::uint16_t controlPort() const { return mEcu.port(); }
 
     void setMood(Mood mood) { mMood = mood; }

@@ -5,6 +5,7 @@
 #include "tests/app/scenes/shown_texts.h"
 
 #include <QRegularExpression>
+#include <QStatusBar>
 
 namespace {
 
@@ -85,12 +86,25 @@ QString translationFault(const QString& text)
     return plain.isEmpty() ? QString() : QStringLiteral("holds \"%1\" untranslated").arg(plain);
 }
 
+namespace {
+
+// The status bar has one line for all messages.
+QString asLines(const ShownText& text)
+{
+    QString lines = text.text;
+    if (qobject_cast<const QStatusBar*>(text.widget))
+        lines.replace(QString(kClosing) + ' ' + kOpening, QString(kClosing) + '\n' + kOpening);
+    return lines;
+}
+
+} // namespace
+
 QStringList translationFaults(QWidget& window)
 {
     QStringList faults;
     for (const ShownText& text : shownTexts(window)) {
         const bool isOfOthers = text.isData || isPartOfQt(*text.widget);
-        const QString fault = isOfOthers ? QString() : translationFault(text.text);
+        const QString fault = isOfOthers ? QString() : translationFault(asLines(text));
         if (!fault.isEmpty())
             faults << QStringLiteral("\"%1\" of %2 %3").arg(text.text, nameOf(*text.widget), fault);
     }

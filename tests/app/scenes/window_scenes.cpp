@@ -1,10 +1,13 @@
 #include "tests/app/scenes/scenes.h"
+#include "tests/support/LoopbackPeer.h"
 #include "views/freespace/OrvgFreespaceGraphicsView.h"
 
 #include <QAbstractButton>
 #include <QDockWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QSpinBox>
 #include <QTableView>
 #include <QtTest>
 
@@ -49,6 +52,27 @@ void lookAtTheLostLink(Stage& stage, const Stage::Look& look)
     look(stage.window());
 }
 
+Stage::Answer choosePorts(std::uint16_t receivePort, std::uint16_t freespacePort)
+{
+    return [=](QWidget& dialog) {
+        dialog.findChild<QSpinBox*>("mReceivingPort")->setValue(receivePort);
+        dialog.findChild<QSpinBox*>("mFreespacesPort")->setValue(freespacePort);
+        Stage::press(QMessageBox::Ok)(dialog);
+    };
+}
+
+// Both messages at once may be too long for the bar; the tool tip of the light has them on lines.
+void lookAtMissedPort(Stage& stage, const Stage::Look& look)
+{
+    const LoopbackPeer other;
+    const auto connectTo = [&stage](const Stage::Answer& choose) {
+        stage.play([&] { stage.trigger("actionConnection"); }, [](QWidget&) {}, {choose});
+    };
+    connectTo(choosePorts(other.port(), stage.freespacePort()));
+    look(stage.window());
+    connectTo(choosePorts(stage.receivePort(), stage.freespacePort()));
+}
+
 } // namespace
 
 std::vector<Scene> windowScenes()
@@ -67,5 +91,6 @@ std::vector<Scene> windowScenes()
                  lookAt(stage, Freespaces, "sensorPositionDock", look);
              }},
             {"edit mode", lookAtEditMode},
-            {"lost link", lookAtTheLostLink}};
+            {"lost link", lookAtTheLostLink},
+            {"port in use", lookAtMissedPort}};
 }
