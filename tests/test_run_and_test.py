@@ -39,7 +39,12 @@ def heed_signals():
 
 
 def alive(process_id):
-    return pathlib.Path(f"/proc/{process_id}").exists()
+    """A zombie has ended."""
+    try:
+        text = pathlib.Path(f"/proc/{process_id}/stat").read_text(encoding="utf-8")
+    except FileNotFoundError:
+        return False
+    return text.rpartition(")")[2].split()[0] != "Z"
 
 
 class Scripts(unittest.TestCase):
