@@ -123,7 +123,7 @@ class Scripts(unittest.TestCase):
         for script in ["run", "test"]:
             output = self.output_of(script, MISSING="libpcap-dev", status=1)
             self.assertIn("no sudo", output)
-            self.assertIn("\n  apt-get install --no-install-recommends libpcap-dev\n", output)
+            self.assertIn("\n  apt-get update && apt-get install --no-install-recommends libpcap-dev\n", output)
 
     def test_without_network_the_log_and_the_command_are_told(self):
         output = self.output_of("run", MISSING="cmake", NO_NETWORK="1", status=1)
