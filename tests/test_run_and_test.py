@@ -210,6 +210,8 @@ class Scripts(unittest.TestCase):
 
     def test_simulator_that_does_not_start(self):
         self.add(self.tree / "build/run/tools/ecu_simulator/tarvio-ecu-simulator", "echo port in use; exit 1")
+        former = self.tree / "build/simulator.log"
+        former.write_text("listening on 127.0.0.1:50123\n", encoding="utf-8")
         output = self.output_of("run", DISPLAY=":7", status=1)
         self.assertIn("the simulated ECU did not start: port in use", output)
         self.assertIn("it takes others each time", output)
