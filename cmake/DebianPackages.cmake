@@ -10,6 +10,10 @@ file(STRINGS desktop/org.tarvio.tarvio.metainfo.xml released REGEX "<release ver
 if(NOT released)
   message(FATAL_ERROR "org.tarvio.tarvio.metainfo.xml knows no release ${PROJECT_VERSION}")
 endif()
+file(STRINGS "${PROJECT_SOURCE_DIR}/CHANGELOG.md" told REGEX "^## \\[${PROJECT_VERSION}\\]")
+if(NOT told)
+  message(FATAL_ERROR "CHANGELOG.md tells nothing of ${PROJECT_VERSION}")
+endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tarvio)
