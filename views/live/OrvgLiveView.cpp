@@ -85,7 +85,8 @@ void OrvgLiveView::createEchoTable()
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->horizontalHeader()->setMinimumHeight(wrappedHeaderHeight(*table));
     for (int column = 0; column < EchoColumnCount; ++column)
-        table->horizontalHeaderItem(column)->setTextAlignment(Qt::AlignCenter | Qt::TextWordWrap);
+        table->horizontalHeaderItem(column)->setData(Qt::TextAlignmentRole,
+                                                     int{Qt::AlignCenter} | int{Qt::TextWordWrap});
     for (int row = 0; row < table->rowCount(); ++row) {
         for (int column = 0; column < EchoColumnCount; ++column) {
             auto* cell = new QTableWidgetItem;

@@ -28,7 +28,7 @@ OrvgSignalLineWidget::OrvgSignalLineWidget(QWidget* parent)
     // One more than fits: the first result takes it away again.
     for (int count = 0; count <= itemCount(); ++count)
         prependEmptyItem();
-    mPictures.reset(mItems.size());
+    mPictures.reset(int(mItems.size()));
 }
 
 int OrvgSignalLineWidget::itemCount() const
@@ -101,7 +101,7 @@ void OrvgSignalLineWidget::adjustItems()
         prependEmptyItem();
     while (mItems.size() > itemCount())
         delete mItems.takeLast();
-    mPictures.reset(mItems.size());
+    mPictures.reset(int(mItems.size()));
 }
 
 void OrvgSignalLineWidget::shiftLeft()

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QCoreApplication>
+
+/// What Qt 5 and Qt 6 want written differently: the one place that asks for Qt's version.
+namespace qt_compatibility {
+
+/// Sizes and pictures follow the screen's scale, as they always do since Qt 6. Before the
+/// application is made.
+inline void followScreenScale()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+}
+
+} // namespace qt_compatibility
