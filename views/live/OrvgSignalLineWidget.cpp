@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -128,7 +129,7 @@ void OrvgSignalLineWidget::paintSlot(QPainter& painter, int position)
 
 bool OrvgSignalLineWidget::hasWholePixels() const
 {
-    return devicePixelRatioF() == devicePixelRatio();
+    return std::floor(devicePixelRatioF()) == devicePixelRatioF();
 }
 
 OrvgSignalWidget* OrvgSignalLineWidget::itemAt(QPoint position) const

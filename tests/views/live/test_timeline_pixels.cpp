@@ -12,6 +12,7 @@
 #include <QtMath>
 #include <QtTest>
 
+#include <cmath>
 #include <memory>
 #include <random>
 #include <vector>
@@ -183,7 +184,8 @@ private:
     OrvgLiveView mView;
     // So far down that the references of timelines that are scrolled out of sight are in sight. At
     // a ratio with a fraction, dotted lines depend on where in the window they are.
-    const int mOffset = mView.devicePixelRatioF() == mView.devicePixelRatio() ? 400 : 0;
+    const int mOffset =
+        std::floor(mView.devicePixelRatioF()) == mView.devicePixelRatioF() ? 400 : 0;
     QWidget mBackground;
     std::vector<ReferenceTimeline*> mReferences; // children of mBackground
 };
