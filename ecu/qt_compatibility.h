@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QVariant>
 
 /// What Qt 5 and Qt 6 want written differently: the one place that asks for Qt's version.
 namespace qt_compatibility {
@@ -12,6 +13,16 @@ inline void followScreenScale()
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+}
+
+/// Makes the value one of the other's type; false where it cannot be.
+inline bool convertToTypeOf(const QVariant& other, QVariant& value)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return value.convert(int(other.type()));
+#else
+    return value.convert(other.metaType());
 #endif
 }
 

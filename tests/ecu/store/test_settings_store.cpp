@@ -1,3 +1,4 @@
+#include "ecu/qt_compatibility.h"
 #include "ecu/store/ini_format.h"
 #include "ecu/store/settings_store.h"
 #include "tests/support/FullDisk.h"
@@ -188,7 +189,7 @@ void TestSettingsStore::valuesOfAllKindsComeBack()
     QCOMPARE(read.allKeys().size(), values.size());
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
         QVariant found = read.value(value.key());
-        QVERIFY2(found.convert(int(value.value().type())), qPrintable(value.key()));
+        QVERIFY2(qt_compatibility::convertToTypeOf(value.value(), found), qPrintable(value.key()));
         QCOMPARE(found, value.value());
     }
 }
