@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QMetaType>
 #include <QVariant>
 
 /// What Qt 5 and Qt 6 want written differently: the one place that asks for Qt's version.
@@ -23,6 +24,16 @@ inline bool convertToTypeOf(const QVariant& other, QVariant& value)
     return value.convert(int(other.type()));
 #else
     return value.convert(other.metaType());
+#endif
+}
+
+/// The number of the type that was registered by this name, QMetaType::UnknownType if none was.
+inline int metaTypeId(const char* name)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return QMetaType::type(name);
+#else
+    return QMetaType::fromName(name).id();
 #endif
 }
 

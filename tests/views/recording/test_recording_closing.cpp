@@ -136,6 +136,8 @@ void RecordingClosingTest::enterAndEscapeKeepTheRecording()
     QTRY_COMPARE(QApplication::activeWindow(), live.openBox());
     QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
     QTRY_VERIFY(!live.openBox());
+    live.fixture.dialog.activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), &live.fixture.dialog);
     QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
     QTRY_VERIFY(!live.openBox());
     QVERIFY(live.fixture.dialog.isVisible());
