@@ -85,13 +85,10 @@ bool readIni(QIODevice& device, QSettings::SettingsMap& values)
     if (!scratch.fill(device.readAll()))
         return false;
     const QSettings ini(scratch.name(), QSettings::IniFormat);
-    // Of a value that claims to be longer than any memory Qt 6 makes an invalid one, Qt 5 throws.
     try {
-        for (const QStringList keys = ini.allKeys(); const QString& key : keys) {
-            if (const QVariant value = ini.value(key); value.isValid())
-                values.insert(key, value);
-        }
-    } catch (const std::bad_alloc&) {
+        for (const QStringList keys = ini.allKeys(); const QString& key : keys)
+            values.insert(key, ini.value(key));
+    } catch (const std::bad_alloc&) { // A value claims to be longer than any memory.
         return false;
     }
     return ini.status() == QSettings::NoError;

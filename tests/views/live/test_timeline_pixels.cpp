@@ -138,6 +138,13 @@ public:
     {
         scrollArea()->verticalScrollBar()->setValue(pixels);
         placeReferences();
+        // At a ratio with a fraction, Qt 6 moves pixels to where they would not be painted.
+        if (std::floor(mView.devicePixelRatioF()) != mView.devicePixelRatioF()) {
+            mView.update();
+            mBackground.update();
+            for (OrvgSignalLineWidget* line : lines())
+                line->update();
+        }
     }
 
     QString difference()
