@@ -46,7 +46,7 @@ public:
         if (length > quint32(maxBytes) || length % sizeof(QChar) != 0)
             return {};
         QByteArray text(int(length), '\0');
-        if (mStream.readRawData(text.data(), text.size()) != text.size())
+        if (mStream.readRawData(text.data(), int(length)) != int(length))
             return {};
         return text;
     }

@@ -1,5 +1,6 @@
 #include "app/TarvioApplication.h"
 #include "app/TarvioWindow.h"
+#include "ecu/qt_compatibility.h"
 #include "orv_decoder/metatypes.h"
 
 #include <QtGlobal>
@@ -20,8 +21,7 @@ void leaveOutOpenGl()
 int main(int argc, char* argv[])
 {
     leaveOutOpenGl();
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    qt_compatibility::followScreenScale();
     TarvioApplication application(argc, argv);
     return application.run([] {
         orv::registerMetaTypes();

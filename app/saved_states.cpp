@@ -64,7 +64,7 @@ bool isSoundGeometry(const QByteArray& geometry, const QRect& desktop, const QSi
 
 bool isSoundSplitterState(const QByteArray& state, const QByteArray& own)
 {
-    const int sizesEnd = own.size() - kBytesBehindSizes;
+    const int sizesEnd = int(own.size()) - kBytesBehindSizes;
     if (state.size() != own.size() || state.mid(sizesEnd) != own.mid(sizesEnd) ||
         state.left(kBytesBeforeSizes) != own.left(kBytesBeforeSizes))
         return false;

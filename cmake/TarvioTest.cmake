@@ -7,8 +7,13 @@ function(tarvio_test_environment name)
   file(MAKE_DIRECTORY "${profile}")
   file(CHMOD "${profile}" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
   set(suppressions "${PROJECT_SOURCE_DIR}/tests")
+  # Qt 5's offscreen screen is 800x600, Qt 6's as large as its file says.
+  set(platform offscreen)
+  if(TARVIO_QT_VERSION EQUAL 6)
+    set(platform "offscreen:configfile=${PROJECT_SOURCE_DIR}/tests/support/offscreen_screen.json")
+  endif()
   set(environment
-    QT_QPA_PLATFORM=offscreen
+    QT_QPA_PLATFORM=${platform}
     XDG_CONFIG_HOME=${profile}
     XDG_RUNTIME_DIR=${profile}
     HOME=${profile}

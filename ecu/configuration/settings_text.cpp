@@ -3,7 +3,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QTextCodec>
 
 namespace {
 
@@ -16,14 +15,17 @@ QByteArray bytesOf(const QString& fileName)
     return bytes.size() > kMaxSettingsFileSize ? QByteArray() : bytes;
 }
 
+// A character that is none becomes a null, which no settings file has and no reader of XML passes.
+// Qt puts in its place the replacement character, which a text may also have of itself.
 QString decoded(const QByteArray& bytes)
 {
-    QTextCodec::ConverterState state(QTextCodec::ConvertInvalidToNull);
-    QString text =
-        QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    // A character that is cut short at the end waits in the state.
-    if (state.remainingChars > 0)
-        text.append(QChar::Null);
+    static const QByteArray byteOrderMark("\xEF\xBB\xBF");
+    QString text = QString::fromUtf8(bytes);
+    if (!text.contains(QChar::ReplacementCharacter))
+        return text;
+    const QByteArray again = text.toUtf8();
+    if (again != bytes && byteOrderMark + again != bytes)
+        text.replace(QChar::ReplacementCharacter, QChar::Null);
     return text;
 }
 

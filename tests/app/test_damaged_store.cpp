@@ -176,7 +176,7 @@ void TestDamagedStore::splitterStateThatEndedTheProgramIsLeftAlone()
 void TestDamagedStore::endlessToolBarsDoNotHoldTheWindow()
 {
     QByteArray state = mSaved.first()["state"].toByteArray();
-    const int toolBars = state.indexOf(QByteArray::fromHex("fc00000001"));
+    const auto toolBars = state.indexOf(QByteArray::fromHex("fc00000001"));
     QVERIFY(toolBars > 0);
     qToBigEndian(0x7FFFFFFF, state.data() + toolBars + 9);
     restore("state", state);

@@ -64,7 +64,7 @@ void TestSettingsRoundTrip::import(const QByteArray& content)
 
 QByteArray TestSettingsRoundTrip::section(const QByteArray& file, const QByteArray& name)
 {
-    const int begin = file.indexOf("<" + name);
+    const auto begin = file.indexOf("<" + name);
     const QByteArray end = "</" + name + ">";
     return file.mid(begin, file.indexOf(end) + end.size() - begin);
 }

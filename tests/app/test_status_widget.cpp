@@ -179,7 +179,7 @@ void TestStatusWidget::sameStateAgainPaintsNothing()
     widget.setNoLiveData(true);
     widget.setFirmwareVersion({{2, 14, 0}});
     QCoreApplication::processEvents();
-    const int before = paints.count();
+    const auto before = paints.count();
     widget.setConnected(true);
     widget.setNoLiveData(true);
     widget.setFirmwareVersion({{2, 14, 0}});

@@ -110,7 +110,7 @@ void TestKeptInputs::inputThatIsCutIsWithstood()
     QFETCH(QString, file);
     const QByteArray input = contentOf(file);
     for (int cut = 0; cut < kCuts; ++cut) {
-        const int length = input.size() * cut / kCuts;
+        const auto length = input.size() * cut / kCuts;
         QVERIFY2(holds(*targetOf(target), input.left(length)), qPrintable(QString::number(length)));
     }
 }

@@ -1,3 +1,4 @@
+#include "ecu/qt_compatibility.h"
 #include "orv_decoder/metatypes.h"
 
 #include <QtTest>
@@ -81,15 +82,15 @@ void TestMetatypes::everyLiveRecordIsKnownByItsName()
     QFETCH(QByteArray, name);
     QFETCH(int, id);
     QVERIFY(id != QMetaType::UnknownType);
-    QCOMPARE(QMetaType::type(name.constData()), id);
+    QCOMPARE(qt_compatibility::metaTypeId(name.constData()), id);
     QVERIFY(QMetaType::isRegistered(id));
 }
 
 void TestMetatypes::registeringTwiceChangesNothing()
 {
-    const int before = QMetaType::type("orv::OrvMeasurementResult");
+    const int before = qt_compatibility::metaTypeId("orv::OrvMeasurementResult");
     orv::registerMetaTypes();
-    QCOMPARE(QMetaType::type("orv::OrvMeasurementResult"), before);
+    QCOMPARE(qt_compatibility::metaTypeId("orv::OrvMeasurementResult"), before);
 }
 
 void TestMetatypes::measurementTravelsThroughAQueuedSignal()

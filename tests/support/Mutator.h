@@ -26,7 +26,7 @@ private:
     {
         if (bytes.isEmpty())
             return QByteArray(1 + below(200), char(below(256)));
-        const int at = below(bytes.size());
+        const int at = below(int(bytes.size()));
         switch (below(6)) {
         case 0:
             bytes[at] = char(bytes[at] ^ char(1 << below(8)));

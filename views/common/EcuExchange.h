@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QStringList>
+
 #include <functional>
 
-class QString;
-class QStringList;
 class QWidget;
 
 namespace orv {

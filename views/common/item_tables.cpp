@@ -25,7 +25,7 @@ void commitOpenEditor(QAbstractItemView& view)
 {
     const QModelIndex current = view.currentIndex();
     if (QWidget* editor = view.indexWidget(current))
-        commitAndClose(*view.itemDelegate(current), editor);
+        commitAndClose(*view.itemDelegate(), editor);
 }
 
 void storeChange(QAbstractItemModel& model, const QModelIndex& index, const QVariant& shown,

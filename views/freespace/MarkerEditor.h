@@ -1,6 +1,6 @@
 #pragma once
 
-#include "orv_decoder/OrvSensorPosition.h"
+#include "orv_decoder/metatypes.h"
 
 #include <QObject>
 #include <QPointF>

@@ -10,7 +10,7 @@ namespace {
 
 QColor withAlpha(QColor colour, double alpha)
 {
-    colour.setAlphaF(alpha);
+    colour.setAlphaF(float(alpha));
     return colour;
 }
 

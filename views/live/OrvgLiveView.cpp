@@ -128,7 +128,8 @@ void OrvgLiveView::setUpEchoHeader()
     header.setMinimumSectionSize(narrowest);
     header.setMinimumHeight(wrappedHeaderHeight(header, narrowest));
     for (int column = 0; column < EchoColumnCount; ++column)
-        table.horizontalHeaderItem(column)->setTextAlignment(Qt::AlignCenter | Qt::TextWordWrap);
+        table.horizontalHeaderItem(column)->setData(Qt::TextAlignmentRole,
+                                                    int{Qt::AlignCenter} | int{Qt::TextWordWrap});
 }
 
 void OrvgLiveView::createTimelines()

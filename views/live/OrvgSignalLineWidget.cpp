@@ -11,6 +11,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -33,7 +34,7 @@ OrvgSignalLineWidget::OrvgSignalLineWidget(QWidget* parent)
     // One more than fits: the first result takes it away again.
     for (int count = 0; count <= itemCount(); ++count)
         prependEmptyItem();
-    mPictures.reset(mItems.size());
+    mPictures.reset(int(mItems.size()));
 }
 
 int OrvgSignalLineWidget::itemCount() const
@@ -124,7 +125,7 @@ void OrvgSignalLineWidget::adjustItems()
         prependEmptyItem();
     while (mItems.size() > itemCount())
         delete mItems.takeLast();
-    mPictures.reset(mItems.size());
+    mPictures.reset(int(mItems.size()));
 }
 
 void OrvgSignalLineWidget::shiftLeft()
@@ -173,7 +174,7 @@ void OrvgSignalLineWidget::focusSlot(int position)
 
 bool OrvgSignalLineWidget::hasWholePixels() const
 {
-    return devicePixelRatioF() == devicePixelRatio();
+    return std::floor(devicePixelRatioF()) == devicePixelRatioF();
 }
 
 OrvgSignalWidget* OrvgSignalLineWidget::itemAt(QPoint position) const

@@ -63,7 +63,7 @@ void setWord(SequenceStep& step, const QModelIndex& index, int word)
 
 int OrvgMseqStepItemModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : mSteps.size();
+    return parent.isValid() ? 0 : int(mSteps.size());
 }
 
 int OrvgMseqStepItemModel::columnCount(const QModelIndex& parent) const

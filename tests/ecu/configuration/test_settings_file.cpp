@@ -470,7 +470,7 @@ void TestSettingsFile::longestFileIsReadWhole()
 {
     const QByteArray head("<OrvgProject><First>a</First><!--");
     const QByteArray tail("--></OrvgProject>");
-    const int filler = int(kMaxSettingsFileSize) - head.size() - tail.size();
+    const auto filler = int(kMaxSettingsFileSize) - head.size() - tail.size();
     QVERIFY(import(head + QByteArray(filler, 'x') + tail).isComplete());
     QCOMPARE(mRead, QStringList{"a"});
 }

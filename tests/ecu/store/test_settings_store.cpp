@@ -1,3 +1,4 @@
+#include "ecu/qt_compatibility.h"
 #include "ecu/store/ini_format.h"
 #include "ecu/store/settings_store.h"
 #include "tests/support/FullDisk.h"
@@ -188,7 +189,7 @@ void TestSettingsStore::valuesOfAllKindsComeBack()
     QCOMPARE(read.allKeys().size(), values.size());
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
         QVariant found = read.value(value.key());
-        QVERIFY2(found.convert(int(value.value().type())), qPrintable(value.key()));
+        QVERIFY2(qt_compatibility::convertToTypeOf(value.value(), found), qPrintable(value.key()));
         QCOMPARE(found, value.value());
     }
 }
@@ -289,7 +290,9 @@ void TestSettingsStore::hostileValueThatComesMeanwhileIsLeftOut()
     write("[main_window]\ngeometry=\"@Variant(\\0\\0\\0\\x9\\x7f\\xff\\xff\\xff)\"\n");
     store->setValue("network/ecu_ip", "10.0.0.2");
     store->sync();
-    QCOMPARE(contentOf(name), QByteArray("[network]\necu_ip=10.0.0.2\n"));
+    // What is left of it in Qt 6 is an empty list, "@Invalid()"; in Qt 5, nothing.
+    QVERIFY2(contentOf(name).endsWith("[network]\necu_ip=10.0.0.2\n"), contentOf(name));
+    QVERIFY2(!contentOf(name).contains("@Variant"), contentOf(name));
 }
 
 QTEST_GUILESS_MAIN(TestSettingsStore)

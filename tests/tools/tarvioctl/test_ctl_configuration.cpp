@@ -212,7 +212,7 @@ void TestCtlConfiguration::thresholdsOfSomeSensorsAreNotWritten()
 {
     ctl({"read", file("a.orv")});
     QByteArray content = bytesOf("a.orv");
-    const int last = content.indexOf("<Sensor id=\"11\"");
+    const auto last = content.indexOf("<Sensor id=\"11\"");
     content.remove(last, content.indexOf("</Sensor>", last) + 9 - last);
     save("a.orv", content);
     const CtlResult result = ctl({"write", file("a.orv")});

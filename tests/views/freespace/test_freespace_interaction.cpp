@@ -159,7 +159,8 @@ private slots:
             const Qt::MouseButtons held = type == QEvent::MouseButtonPress
                                               ? Qt::LeftButton | Qt::RightButton
                                               : Qt::LeftButton;
-            QMouseEvent right(type, start, Qt::RightButton, held, Qt::NoModifier);
+            QMouseEvent right(type, start, view.viewport()->mapToGlobal(start), Qt::RightButton,
+                              held, Qt::NoModifier);
             QApplication::sendEvent(view.viewport(), &right);
         }
         picture::moveMouse(view, start + QPoint(10, 0), Qt::LeftButton);

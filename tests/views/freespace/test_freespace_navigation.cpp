@@ -151,8 +151,9 @@ private slots:
         Picture view;
         const QPoint origin = view.origin();
         QTest::mouseClick(view.viewport(), Qt::MiddleButton, Qt::NoModifier, {100, 100});
-        QMouseEvent second(QEvent::MouseButtonDblClick, QPoint(100, 100), Qt::MiddleButton,
-                           Qt::MiddleButton, Qt::NoModifier);
+        const QPoint place(100, 100);
+        QMouseEvent second(QEvent::MouseButtonDblClick, place, view.viewport()->mapToGlobal(place),
+                           Qt::MiddleButton, Qt::MiddleButton, Qt::NoModifier);
         QApplication::sendEvent(view.viewport(), &second);
         picture::moveMouse(view, {110, 100}, Qt::MiddleButton);
         QCOMPARE(view.origin(), origin + QPoint(10, 0));
@@ -183,8 +184,8 @@ private slots:
         const QPoint start = view.pixel(3);
         const QPointF corner = view.mapToScene(0, 0);
         picture::press(view, start);
-        QMouseEvent press(QEvent::MouseButtonPress, start, Qt::MiddleButton,
-                          Qt::LeftButton | Qt::MiddleButton, Qt::NoModifier);
+        QMouseEvent press(QEvent::MouseButtonPress, start, view.viewport()->mapToGlobal(start),
+                          Qt::MiddleButton, Qt::LeftButton | Qt::MiddleButton, Qt::NoModifier);
         QApplication::sendEvent(view.viewport(), &press);
         picture::moveMouse(view, start + QPoint(10, 0), Qt::LeftButton | Qt::MiddleButton);
         QCOMPARE(view.sensor(3).pos(), QPointF(-3300, 0));

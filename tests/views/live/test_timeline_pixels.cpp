@@ -12,6 +12,7 @@
 #include <QtMath>
 #include <QtTest>
 
+#include <cmath>
 #include <memory>
 #include <random>
 #include <vector>
@@ -137,6 +138,13 @@ public:
     {
         scrollArea()->verticalScrollBar()->setValue(pixels);
         placeReferences();
+        // At a ratio with a fraction, Qt 6 moves pixels to where they would not be painted.
+        if (std::floor(mView.devicePixelRatioF()) != mView.devicePixelRatioF()) {
+            mView.update();
+            mBackground.update();
+            for (OrvgSignalLineWidget* line : lines())
+                line->update();
+        }
     }
 
     QString difference()
@@ -183,7 +191,8 @@ private:
     OrvgLiveView mView;
     // So far down that the references of timelines that are scrolled out of sight are in sight. At
     // a ratio with a fraction, dotted lines depend on where in the window they are.
-    const int mOffset = mView.devicePixelRatioF() == mView.devicePixelRatio() ? 400 : 0;
+    const int mOffset =
+        std::floor(mView.devicePixelRatioF()) == mView.devicePixelRatioF() ? 400 : 0;
     QWidget mBackground;
     std::vector<ReferenceTimeline*> mReferences; // children of mBackground
 };

@@ -1,3 +1,4 @@
+#include "ecu/qt_compatibility.h"
 #include "tests/support/Palettes.h"
 #include "tests/support/clipped_widgets.h"
 #include "tests/support/rendered_contrast.h"
@@ -25,7 +26,7 @@ class PositionViewTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); }
+    void initTestCase() { qt_compatibility::followScreenScale(); }
     void init() { mFixture = std::make_unique<PositionViewFixture>(); }
     void cleanup() { mFixture.reset(); }
 

@@ -136,7 +136,9 @@ void RecordingClosingTest::enterAndEscapeKeepTheRecording()
     QTRY_COMPARE(QApplication::activeWindow(), live.openBox());
     QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
     QTRY_VERIFY(!live.openBox());
-    QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key));
+    // A second press, soon after, falls where the focus still is; Qt 6 has taken it away.
+    if (QWidget* focus = QApplication::focusWidget())
+        QTest::keyClick(focus, static_cast<Qt::Key>(key));
     QTRY_VERIFY(!live.openBox());
     QVERIFY(live.fixture.dialog.isVisible());
     QVERIFY(live.fixture.isRecording());

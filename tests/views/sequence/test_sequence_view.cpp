@@ -1,3 +1,4 @@
+#include "ecu/qt_compatibility.h"
 #include "tests/views/sequence/SequenceViewFixture.h"
 
 #include <QFrame>
@@ -13,7 +14,7 @@ class SequenceViewTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps); }
+    void initTestCase() { qt_compatibility::followScreenScale(); }
     void init() { mFixture = std::make_unique<SequenceViewFixture>(); }
     void cleanup() { mFixture.reset(); }
 

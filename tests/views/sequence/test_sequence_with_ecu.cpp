@@ -160,7 +160,7 @@ private:
     {
         const QString first = stream.next();
         QVERIFY2(steps.contains(first), qPrintable(first));
-        int turn = steps.indexOf(first);
+        auto turn = steps.indexOf(first);
         for (int i = 0; i < 6; ++i)
             QCOMPARE(stream.next(), steps[++turn % steps.size()]);
     }

@@ -42,7 +42,7 @@ public:
     bool plotHasStickAt(int timeOfFlight)
     {
         const QImage image = plot().grab().toImage();
-        const int x = plot().width() * timeOfFlight / 30000 * plot().devicePixelRatio();
+        const int x = int(plot().width() * timeOfFlight / 30000 * plot().devicePixelRatioF());
         return image.pixelColor(x, image.height() - 1) == QColor(Qt::yellow);
     }
 
