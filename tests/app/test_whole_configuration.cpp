@@ -16,7 +16,7 @@
 namespace {
 
 // How many parts the simulated ECU was asked for. The watch asks for its version whenever it likes.
-int readParts(const QString& output)
+auto readParts(const QString& output)
 {
     return output.count(QStringLiteral("read ")) -
            output.count(QStringLiteral("read firmware version"));
