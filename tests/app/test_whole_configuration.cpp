@@ -99,7 +99,7 @@ void TestWholeConfiguration::answerNoLeavesEverythingAndSendsNothing()
     const QString former = mWindow->configuration();
     QVERIFY(mWindow->ecu().write(configurationOfSeed(1)));
     QVERIFY(mWindow->simulator().waitForOutput(QStringLiteral("write sensor positions")));
-    const int before = readParts(mWindow->simulator().output());
+    const auto before = readParts(mWindow->simulator().output());
     const MessageBoxWatcher watcher(QMessageBox::No);
     mWindow->trigger("actionSyncFromECU");
     QCOMPARE(watcher.boxes().size(), 1);
