@@ -468,7 +468,7 @@ void TestConnectionDialog::temporarySocketsAreReleased()
         click("readButton");
     };
     readOnce();
-    const int before = openFiles();
+    const auto before = openFiles();
     for (int count = 0; count < 20; ++count)
         readOnce();
     QCOMPARE(openFiles(), before);

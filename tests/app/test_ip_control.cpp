@@ -106,7 +106,7 @@ void TestIpControl::cleanup()
 int TestIpControl::focusedField() const
 {
     auto* focused = qobject_cast<QLineEdit*>(QApplication::focusWidget());
-    return focused ? mControl->findChildren<QLineEdit*>().indexOf(focused) + 1 : 0;
+    return focused ? int(mControl->findChildren<QLineEdit*>().indexOf(focused)) + 1 : 0;
 }
 
 void TestIpControl::type(const QString& text)
@@ -524,7 +524,8 @@ void TestIpControl::pastedAddressFillsAllFields()
 void TestIpControl::pastedAddressFromTheMenuFillsAllFields()
 {
     QApplication::clipboard()->setText(QStringLiteral("192.168.1.5"));
-    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(2, 2));
+    const QPoint place(2, 2);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, field(3)->mapToGlobal(place));
     QApplication::sendEvent(field(3), &event);
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     QVERIFY(menu);

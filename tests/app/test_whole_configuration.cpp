@@ -16,7 +16,7 @@
 namespace {
 
 // How many parts the simulated ECU was asked for. The watch asks for its version whenever it likes.
-int readParts(const QString& output)
+auto readParts(const QString& output)
 {
     return output.count(QStringLiteral("read ")) -
            output.count(QStringLiteral("read firmware version"));
@@ -99,7 +99,7 @@ void TestWholeConfiguration::answerNoLeavesEverythingAndSendsNothing()
     const QString former = mWindow->configuration();
     QVERIFY(mWindow->ecu().write(configurationOfSeed(1)));
     QVERIFY(mWindow->simulator().waitForOutput(QStringLiteral("write sensor positions")));
-    const int before = readParts(mWindow->simulator().output());
+    const auto before = readParts(mWindow->simulator().output());
     const MessageBoxWatcher watcher(QMessageBox::No);
     mWindow->trigger("actionSyncFromECU");
     QCOMPARE(watcher.boxes().size(), 1);

@@ -3,17 +3,28 @@
 #include <QApplication>
 #include <QPalette>
 #include <QStyle>
+#include <QWidget>
 
 /// Gives the application another palette for as long as it lives.
 class PaletteScope
 {
 public:
-    explicit PaletteScope(const QPalette& palette) { QApplication::setPalette(palette); }
-    ~PaletteScope() { QApplication::setPalette(mFormer); }
+    explicit PaletteScope(const QPalette& palette) { apply(palette); }
+    ~PaletteScope() { apply(mFormer); }
     PaletteScope(const PaletteScope&) = delete;
     PaletteScope& operator=(const PaletteScope&) = delete;
 
 private:
+    // Qt 6 leaves a widget that was never shown the palette that it was made with.
+    static void apply(const QPalette& palette)
+    {
+        QApplication::setPalette(palette);
+        for (QWidget* widget : QApplication::allWidgets()) {
+            if (!widget->testAttribute(Qt::WA_SetPalette))
+                widget->setPalette(QPalette());
+        }
+    }
+
     const QPalette mFormer = QApplication::palette();
 };
 
