@@ -20,7 +20,8 @@ QByteArray bytesOf(const QString& fileName)
 QString decoded(const QByteArray& bytes)
 {
     static const QByteArray byteOrderMark("\xEF\xBB\xBF");
-    QString text = QString::fromUtf8(bytes);
+    // By length: a byte array alone is taken up to its first null by Qt 5.
+    QString text = QString::fromUtf8(bytes.constData(), bytes.size());
     if (!text.contains(QChar::ReplacementCharacter))
         return text;
     const QByteArray again = text.toUtf8();
