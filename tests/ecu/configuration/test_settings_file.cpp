@@ -58,6 +58,7 @@ private slots:
     void fileThatIsNone_data();
     void fileThatIsNone();
     void byteOrderMarkIsNoFault();
+    void replacementCharacterOfItsOwnIsNoFault();
     void failedSectionDoesNotHideTheLaterOnes_data();
     void failedSectionDoesNotHideTheLaterOnes();
     void fullSectionDoesNotHideTheLaterOnes();
@@ -207,6 +208,15 @@ void TestSettingsFile::byteOrderMarkIsNoFault()
 {
     QVERIFY(import("\xEF\xBB\xBF" + document("<First>a</First>")).isComplete());
     QCOMPARE(mRead, QStringList({"a"}));
+}
+
+// It is also what stands in for bytes that are no character.
+void TestSettingsFile::replacementCharacterOfItsOwnIsNoFault()
+{
+    const QByteArray content = document("<!-- \xEF\xBF\xBD --><First>a</First>");
+    QVERIFY(import(content).isComplete());
+    QVERIFY(import("\xEF\xBB\xBF" + content).isComplete());
+    QVERIFY(!import(document("<!-- \xFF --><First>a</First>")).isComplete());
 }
 
 void TestSettingsFile::failedSectionDoesNotHideTheLaterOnes_data()
