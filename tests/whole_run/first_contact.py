@@ -105,12 +105,12 @@ class Stage:
             self.programs.append(program)
             programs.wait_for("the holder", lambda: "held" in program.output())
 
-    # Out of the screen reader's sight, which is on the second one.
+    # Offscreen, since the screen and its screen reader belong to the second one.
     def first_window(self):
         profile = tempfile.mkdtemp(dir=os.environ["HOME"])
         programs.write_store(pathlib.Path(profile), self.network())
         window = programs.Program([self.tarvio], {"XDG_CONFIG_HOME": profile,
-                                                  "QT_ACCESSIBILITY": "0"})
+                                                  "QT_QPA_PLATFORM": "offscreen"})
         programs.wait_for("both ports to be held", lambda: all(
             f":{port:04X} " in pathlib.Path("/proc/net/udp").read_text()
             for port in (SETTINGS["receive_port"], SETTINGS["fsp_port"])))
