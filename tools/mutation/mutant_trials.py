@@ -36,6 +36,8 @@ class Bench:
         variables = dict(line.split('=', 1) for line in properties.get('ENVIRONMENT', []))
         for variable in ('HOME', 'XDG_CONFIG_HOME', 'XDG_RUNTIME_DIR'):
             variables[variable] = str(self.profile)
+        # A build that counts coverage keeps its own counts.
+        variables['GCOV_PREFIX'] = str(self.profile)
         command = [str(self.root / 'tests/in-namespace'), *test['command']]
         process = subprocess.Popen(command, env={**os.environ, **variables, **environment},
                                    cwd=properties.get('WORKING_DIRECTORY', '/'),
