@@ -85,7 +85,7 @@ void OrvgSignalLineWidget::changeEvent(QEvent* event)
 
 void OrvgSignalLineWidget::keyPressEvent(QKeyEvent* event)
 {
-    const auto slot = slotAfterKey(event->key(), focusedSlot(), mItems.size());
+    const auto slot = slotAfterKey(event->key(), focusedSlot(), int(mItems.size()));
     if (slot)
         focusSlot(*slot);
     else if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)
@@ -97,7 +97,7 @@ void OrvgSignalLineWidget::keyPressEvent(QKeyEvent* event)
 void OrvgSignalLineWidget::mousePressEvent(QMouseEvent* event)
 {
     if (OrvgSignalWidget* item = itemAt(event->pos()))
-        focusSlot(mItems.indexOf(item));
+        focusSlot(int(mItems.indexOf(item)));
 }
 
 void OrvgSignalLineWidget::mouseMoveEvent(QMouseEvent* event)

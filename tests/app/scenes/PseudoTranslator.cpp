@@ -27,7 +27,7 @@ QChar accented(QChar letter)
         QStringLiteral("\u00E1\u0180\u00E7\u00F0\u00E9\u0192\u011F\u0125\u00ED\u0135\u0137\u0142"
                        "\u1E41\u00F1\u00F3\u1E57\u01EB\u0155\u0161\u0167\u00FA\u1E7D\u0175\u1E8B"
                        "\u00FD\u017E");
-    const int index = kPlain.indexOf(letter.toLower());
+    const auto index = kPlain.indexOf(letter.toLower());
     if (index < 0)
         return letter;
     return letter.isUpper() ? kAccented[index].toUpper() : kAccented[index];
@@ -45,7 +45,7 @@ QString accented(const QString& text)
 QString accentedBetweenMarks(const QString& text)
 {
     QString result;
-    int end = 0;
+    decltype(text.size()) end = 0;
     auto found = marks().globalMatch(text);
     while (found.hasNext()) {
         const auto mark = found.next();
@@ -73,8 +73,8 @@ QString lengthened(const QString& text)
         return a.size() < b.size();
     });
     QString plain = *longest;
-    const int length = plain.remove(marks()).size();
-    *longest += padding(static_cast<int>(std::ceil(length * kGrowth)), plain.contains(' '));
+    const auto length = plain.remove(marks()).size();
+    *longest += padding(static_cast<int>(std::ceil(double(length) * kGrowth)), plain.contains(' '));
     return lines.join(QLatin1Char('\n'));
 }
 

@@ -94,7 +94,7 @@ QString iconFault(const QIcon& icon, const QSize& size, const QWidget& widget, c
     if (icon.isNull() || size.isEmpty())
         return {};
     const qreal ratio = widget.devicePixelRatioF();
-    const QPixmap shown = icon.pixmap(widget.window()->windowHandle(), size);
+    const QPixmap shown = icon.pixmap(size);
     const QSize logical = (QSizeF(shown.size()) / shown.devicePixelRatio()).toSize();
     const QSize needed(qFloor(logical.width() * ratio), qFloor(logical.height() * ratio));
     const bool isSharp = fits(needed, shown.size()) && fits(size * 0.7, logical);

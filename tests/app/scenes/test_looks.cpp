@@ -1,4 +1,5 @@
 #include "app/TarvioApplication.h"
+#include "ecu/qt_compatibility.h"
 #include "tests/app/scenes/contrast_faults.h"
 #include "tests/app/scenes/expect_none.h"
 #include "tests/app/scenes/layout_faults.h"
@@ -116,8 +117,7 @@ QDir TestLooks::pictureFolder()
 
 int main(int argc, char** argv)
 {
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    qt_compatibility::followScreenScale();
     TarvioApplication application(argc, argv);
     TestLooks test;
     return QTest::qExec(&test, argc, argv);
