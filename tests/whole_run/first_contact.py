@@ -158,24 +158,23 @@ def window_in(stage, picture):
     return seen
 
 
-def look_inside(binaries, name, what, picture=None):
+def look_inside(binaries, name, picture=None):
     stage = Stage(SITUATIONS[name], *binaries)
     try:
-        seen = window_in(stage, picture) if what == "window" else {}
+        seen = window_in(stage, picture)
         print(json.dumps({**seen, "doctor": stage.doctor()}))
     finally:
         stage.end()
 
 
-def look(binaries, name, what, picture=""):
-    """What the doctor says in a situation and, when `what` is "window", the window before. A picture
-    of the light and its tool tip goes into the file that is named."""
-    session = SESSION if what == "window" else []
+def look(binaries, name, picture=""):
+    """What the window says in a situation, and after it the doctor. A picture of the light and its
+    tool tip goes into the file that is named."""
     with tempfile.TemporaryDirectory() as profile:
         places = {place: profile for place in ("HOME", "XDG_RUNTIME_DIR", "XDG_CACHE_HOME",
                                                "XDG_CONFIG_HOME")}
-        result = subprocess.run([*two_machines.namespace(), *session, "/usr/bin/python3", "-B",
-                                 __file__, *binaries, INSIDE, name, what, picture], text=True,
+        result = subprocess.run([*two_machines.namespace(), *SESSION, "/usr/bin/python3", "-B",
+                                 __file__, *binaries, INSIDE, name, picture], text=True,
                                 env={**os.environ, **places}, stdout=subprocess.PIPE,
                                 stderr=subprocess.PIPE, check=False)
     if result.returncode != 0:
@@ -187,7 +186,7 @@ def main(binaries, names):
     if not two_machines.namespace():
         sys.exit("no network namespace can be made here")
     for name in names or SITUATIONS:
-        seen = look(binaries, name, "window")
+        seen = look(binaries, name)
         print(f"== {name}", f"light:   {seen['light']}", f"message: {seen['message']}",
               seen["doctor"], sep="\n")
 
