@@ -328,10 +328,24 @@ void add(Texts& texts, const QStatusBar& bar)
                     plainSizeOf(bar.currentMessage(), bar));
 }
 
+// Between the margin at the left and the buttons at the right; one that floats has the desktop's.
+QRect titleRoomOf(const QDockWidget& dock)
+{
+    QStyleOptionDockWidget option;
+    option.initFrom(&dock);
+    option.closable = dock.features().testFlag(QDockWidget::DockWidgetClosable);
+    option.floatable = dock.features().testFlag(QDockWidget::DockWidgetFloatable);
+    option.rect = QRect(0, 0, dock.width(), dock.widget()->y());
+    return dock.style()->subElementRect(QStyle::SE_DockWidgetTitleBarText, &option, &dock);
+}
+
 void add(Texts& texts, const QDockWidget& dock)
 {
-    if (dock.isFloating() || !dock.titleBarWidget())
-        texts << unplaced(dock, dock.windowTitle());
+    const QString title = dock.windowTitle().remove(QLatin1Char('&'));
+    if (dock.isFloating())
+        texts << unplaced(dock, title);
+    else if (!dock.titleBarWidget())
+        texts << placed(dock, title, titleRoomOf(dock), plainSizeOf(title, dock));
 }
 
 template<typename Part>

@@ -18,6 +18,7 @@
 #include <QSpinBox>
 #include <QTableView>
 #include <QTableWidget>
+#include <QTimeLine>
 #include <QToolButton>
 #include <QtTest>
 
@@ -190,20 +191,20 @@ void TestKeyboard::thePictureIsZoomedAndScrolled()
     tabTo(picture);
     const double scale = picture.transform().m11();
     press(Qt::Key_Plus);
-    QTest::qWait(200);
+    QTRY_VERIFY(picture.findChildren<QTimeLine*>().isEmpty());
     QVERIFY(picture.transform().m11() > scale);
     const QPointF center = picture.mapToScene(picture.viewport()->rect().center());
     press(Qt::Key_Right);
     QVERIFY(picture.mapToScene(picture.viewport()->rect().center()).x() > center.x());
     press(Qt::Key_Minus);
-    QTest::qWait(200);
+    QTRY_VERIFY(picture.findChildren<QTimeLine*>().isEmpty());
     press(Qt::Key_Minus);
-    QTest::qWait(200);
+    QTRY_VERIFY(picture.findChildren<QTimeLine*>().isEmpty());
     QVERIFY(picture.transform().m11() < scale);
     const double zoomedOut = picture.transform().m11();
     tabTo(mStage->part<QToolButton>("mZoomInButton"));
     press(Qt::Key_Space);
-    QTest::qWait(200);
+    QTRY_VERIFY(picture.findChildren<QTimeLine*>().isEmpty());
     QVERIFY(picture.transform().m11() > zoomedOut);
 }
 
