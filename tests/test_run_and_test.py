@@ -16,7 +16,8 @@ import time
 import unittest
 
 SOURCE = pathlib.Path(sys.argv.pop(1))
-SCRIPTS = ["run", "test", "packaging/install-packages", "packaging/stages.bash", "tests/in-namespace"]
+SCRIPTS = ["run", "test", "packaging/install-packages", "packaging/stages.bash", "packaging/window.bash",
+           "tests/in-namespace"]
 
 STAND_INS = {
     "apt-get": '[ -z "$NO_NETWORK" ] || { echo "E: Temporary failure resolving deb.debian.org"; exit 100; }',
@@ -25,6 +26,7 @@ STAND_INS = {
     "sudo": 'exec "$@"',
     "cmake": '[ "$1" = "$FAILS" ] || exit 0; echo "$COMPLAINT"; exit 1',
     "ctest": 'echo "$TESTED"; [ -z "$TEST_FAILS" ]',
+    "timeout": "exit 124",
     "unshare": "exit 1",
     "xvfb-run": 'echo "virtual display: $*"',
     "tarvio": 'echo $$ >tarvio.pid; [ -n "$COMPLAINT" ] || exec sleep "${OPEN_FOR:-0}"; echo "$COMPLAINT"; exit 134',
@@ -182,6 +184,10 @@ class Scripts(unittest.TestCase):
         output = self.output_of("run")
         self.assertIn("no display here", output)
         self.assertRegex(output, f"virtual display: .*{self.tree}/run --on-virtual-display")
+
+    def test_window_that_does_not_come_is_told(self):
+        output = self.output_of("run", "--on-virtual-display", DISPLAY=":7", status=1)
+        self.assertIn(f"no window appeared: see {self.tree}/build/tarvio.log", output)
 
     def test_display_that_takes_no_window(self):
         output = self.output_of("run", DISPLAY=":7", COMPLAINT="qt.qpa.xcb: could not connect to display :7", status=1)
