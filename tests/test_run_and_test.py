@@ -24,7 +24,7 @@ STAND_INS = {
     "dpkg-query": 'for package; do :; done; [ "$package" = "$MISSING" ] || echo installed',
     "id": "echo 1000",
     "sudo": 'exec "$@"',
-    "cmake": '[ "$1" = "$FAILS" ] || exit 0; echo "$COMPLAINT"; exit 1',
+    "cmake": '[ "$1" = "$FAILS" ] || { echo "cmake $*"; exit 0; }; echo "$COMPLAINT"; exit 1',
     "ctest": 'echo "$TESTED"; [ -z "$TEST_FAILS" ]',
     "timeout": "exit 124",
     "unshare": "exit 1",
@@ -100,6 +100,9 @@ class Scripts(unittest.TestCase):
         places = [output.find(stage) for stage in stages]
         self.assertNotIn(-1, places, output)
         self.assertEqual(places, sorted(places), output)
+
+    def test_run_builds_the_doctor_too(self):
+        self.assertRegex(self.output_of("run", DISPLAY=":7"), r"cmake --build .* tarvioctl\n")
 
     def test_test_says_each_stage_and_its_log(self):
         output = self.output_of("test")
