@@ -23,11 +23,14 @@ STAND_INS = {
     "apt-get": '[ -z "$NO_NETWORK" ] || { echo "E: Temporary failure resolving deb.debian.org"; exit 100; }',
     "dpkg-query": 'for package; do :; done; [ "$package" = "$MISSING" ] || echo installed',
     "id": "echo 1000",
+    "import": "exit 1",
     "sudo": 'exec "$@"',
     "cmake": '[ "$1" = "$FAILS" ] || { echo "cmake $*"; exit 0; }; echo "$COMPLAINT"; exit 1',
+    "convert": "exit 1",
     "ctest": 'echo "$TESTED"; [ -z "$TEST_FAILS" ]',
     "timeout": "exit 124",
     "unshare": "exit 1",
+    "xdotool": "exit 1",
     "xvfb-run": 'echo "virtual display: $*"',
     "tarvio": 'echo $$ >tarvio.pid; [ -n "$COMPLAINT" ] || exec sleep "${OPEN_FOR:-0}"; echo "$COMPLAINT"; exit 134',
     "tarvio-ecu-simulator": 'echo $$ >simulator.pid; echo "listening on 127.0.0.1:50123"; exec sleep 60',
@@ -187,6 +190,15 @@ class Scripts(unittest.TestCase):
         output = self.output_of("run")
         self.assertIn("no display here", output)
         self.assertRegex(output, f"virtual display: .*{self.tree}/run --on-virtual-display")
+
+    def test_what_a_virtual_display_takes_is_named(self):
+        (self.programs / "apt-get").unlink()
+        for program in ["xvfb-run", "xdotool", "convert", "import"]:
+            (self.programs / program).rename(self.programs / "away")
+            output = self.output_of("run", status=1)
+            self.assertIn(f"is not installed here: {program}\n", output)
+            self.assertIn("→ docs/building.md names the packages", output)
+            (self.programs / "away").rename(self.programs / program)
 
     def test_window_that_does_not_come_is_told(self):
         output = self.output_of("run", "--on-virtual-display", DISPLAY=":7", status=1)
