@@ -154,6 +154,30 @@ class Scripts(unittest.TestCase):
         self.assertIn("provided by Qt5", output)
         self.assertIn("→ a package is missing: docs/building.md", output)
 
+    def next_after(self, complaint):
+        return self.output_of("test", FAILS="--preset", status=1, COMPLAINT=complaint)
+
+    def test_missing_compilers_and_programs_lead_there_too(self):
+        for complaint in ["  No CMAKE_CXX_COMPILER could be found.",
+                          "  is not a full path and was not found in the PATH.",
+                          "  Could not find XMLLINT_PROGRAM using the following names: xmllint",
+                          'CMake Error: CMake was unable to find a build program corresponding to "Ninja".']:
+            self.assertIn("→ a package is missing: docs/building.md", self.next_after(complaint))
+
+    def test_what_can_be_done_without_is_no_missing_package(self):
+        self.assertNotIn("a package is missing", self.next_after("-- Could NOT find PCAP (missing: PCAP_LIBRARY)"))
+
+    def test_cmake_that_is_too_old_is_told(self):
+        for complaint in ["  CMake 3.22 or higher is required.  You are running version 3.18.4",
+                          'CMake Error: Could not read presets from /x: "cmakeMinimumRequired" version too new']:
+            self.assertIn("→ this CMake is too old", self.next_after(complaint))
+
+    def test_missing_cmake_is_told(self):
+        (self.programs / "cmake").unlink()
+        output = self.output_of("run", DISPLAY=":7", status=1)
+        self.assertIn("run: cmake is not installed", output)
+        self.assertIn("→ docs/building.md", output)
+
     def test_build_folder_of_another_place(self):
         output = self.output_of("run", FAILS="--preset", status=1,
                                 COMPLAINT="CMake Error: The current CMakeCache.txt directory /x is different")
