@@ -27,7 +27,9 @@ STAND_INS = {
     "sudo": 'exec "$@"',
     "cmake": '[ "$1" = "$FAILS" ] || { echo "cmake $*"; exit 0; }; echo "$COMPLAINT"; exit 1',
     "convert": "exit 1",
-    "ctest": 'echo "$TESTED"; [ -z "$TEST_FAILS" ]',
+    "ctest": """echo "$TESTED"
+[ -z "$RESULTS" ] || { mkdir -p "${RESULTS_FILE%/*}"; echo "$RESULTS" >"$RESULTS_FILE"; }
+[ -z "$TEST_FAILS" ]""",
     "timeout": "exit 124",
     "unshare": "exit 1",
     "xdotool": "exit 1",
@@ -69,7 +71,7 @@ class Scripts(unittest.TestCase):
             self.add(place, STAND_INS[place.name])
         # Only what the scripts call, so that what is taken away (sudo, apt-get) is away.
         for name in ["awk", "bash", "cat", "chmod", "cp", "dirname", "env", "find", "grep", "head", "install",
-                     "mkdir", "mv", "realpath", "sed", "seq", "sh", "sleep", "stat", "tail", "tee", "touch"]:
+                     "mkdir", "mv", "realpath", "rm", "sed", "seq", "sh", "sleep", "stat", "tail", "tee", "touch"]:
             (self.programs / name).symlink_to(shutil.which(name))
 
     @staticmethod
@@ -114,15 +116,47 @@ class Scripts(unittest.TestCase):
         self.assertIn("in-namespace: no network namespace can be made here", output)
         self.assertIn("test: every test that could run passed", output)
 
-    def test_tests_that_cannot_run_are_named(self):
-        output = self.output_of("test", TESTED=" 3/9 Test #3: test_default ... - test_default (Skipped)")
-        self.assertIn("Skipped, since no network namespace", output)
-        self.assertIn("\n  test_default\n", output)
+    def output_with_results(self, results, **environment):
+        """What ./test says after ctest has kept these outputs of tests."""
+        file = self.tree / "build" / environment.get("TARVIO_PRESET", "debug") / "Testing/Temporary/LastTest.log"
+        return self.output_of("test", RESULTS=results, RESULTS_FILE=str(file), **environment)
+
+    def test_skipped_tests_are_named_with_their_own_reasons(self):
+        output = self.output_with_results(
+            "1/3 Test: test_default\nskipped: no network namespace\n"
+            "2/3 Test: test_dissector\nskipped: tshark is not installed\n"
+            "3/3 Test: test_silent\n",
+            TESTED="\t  1 - test_default (Skipped)\n\t  2 - test_dissector (Skipped)\n\t  3 - test_silent (Skipped)")
+        self.assertIn("\nLeft out here:\n  test_default: no network namespace\n"
+                      "  test_dissector: tshark is not installed\n  test_silent\ntest: every", output)
+
+    def test_what_a_passed_test_leaves_out_is_named(self):
+        output = self.output_with_results(
+            "1/2 Test: first_contact\n"
+            "test_wall (__main__.FirstContact.test_wall) ... skipped 'nft is not installed (for \"wall\")'\n"
+            "2/2 Test: test_pixels\nSKIP   : Pixels::memoryStays() nobody tells what is allocated\n"
+            "   Loc: [test_pixels.cpp(183)]\nTotals: 5 passed, 0 failed, 1 skipped\n", TARVIO_PRESET="asan")
+        self.assertIn("\nLeft out here:\n  first_contact: test_wall: nft is not installed (for \"wall\")\n"
+                      "  test_pixels: Pixels::memoryStays() nobody tells what is allocated\ntest: every", output)
+
+    def test_nothing_is_left_out_without_a_word_of_it(self):
+        self.assertNotIn("Left out", self.output_with_results("1/1 Test: test_x\n2 tests skipped nothing\n"))
+
+    def test_what_an_earlier_run_left_out_is_not_told_again(self):
+        self.output_with_results("1/1 Test: test_default\nskipped: no network namespace\n")
+        self.assertNotIn("Left out", self.output_of("test"))
 
     def test_failed_tests_can_be_repeated(self):
         output = self.output_of("test", TEST_FAILS="1", status=1)
         self.assertIn("not every test passed", output)
-        self.assertIn("./test --rerun-failed", output)
+        self.assertIn(" ./test --rerun-failed", output)
+        output = self.output_of("test", TEST_FAILS="1", TARVIO_PRESET="asan", status=1)
+        self.assertIn(" TARVIO_PRESET=asan ./test --rerun-failed", output)
+
+    def test_what_qt_6_takes_is_looked_for(self):
+        for preset in ["qt6", "qt6-asan"]:
+            self.assertIn("Installing qt6-base-dev\n",
+                          self.output_of("test", MISSING="qt6-base-dev", TARVIO_PRESET=preset))
 
     # What to do next when something is missing.
 
