@@ -1,7 +1,7 @@
 # What the checks of an installed root share. They run in a network namespace (tests/in-namespace)
 # and set `root` before they read this file.
 
-packaged_version=$(chroot "$root" dpkg-query --show --showformat '${Version}' tarvio-tools)
+: "${root:?}"
 
 die() {
     echo "${0##*/}: $*" >&2

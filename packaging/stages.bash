@@ -27,17 +27,21 @@ install_packages() {
     packaging/install-packages "$@" || exit 1
 }
 
-# What the log of CMake asks for. A copied tree brings a build folder made for its former place.
+# What the log of CMake asks for. A copied tree brings a build folder made for its former place; what
+# can be done without is told in lines that begin with "--".
 next_after_configure() {
+    local error='^\( \|CMake Error\).*'
     ! grep -q 'CMakeCache.txt directory' "$1" || echo "the build was made at another place: rm -r '$PWD/build', then again"
-    ! grep -q 'Could not find a package\|Could NOT find\|unable to find a build program' "$1" ||
+    ! grep -q "$error\(Could not find\|Could NOT find\|unable to find a build program\|No CMAKE_[A-Z]*_COMPILER\|not found in the PATH\)" "$1" ||
         echo "a package is missing: docs/building.md names those of several systems"
+    ! grep -q "$error\(or higher is required\|version too new\)" "$1" || echo "this CMake is too old: docs/building.md says what it takes"
 }
 
 # build PRESET [TARGET]...
 build() {
     local preset=$1 log=$PWD/build/configure.log next
     shift
+    command -v cmake >/dev/null || die "cmake is not installed" "docs/building.md names the packages of several systems"
     say "configuring build/$preset (log: $log)"
     cmake --preset "$preset" >"$log" 2>&1 || {
         tail -n 20 "$log" >&2

@@ -16,16 +16,23 @@ import time
 import unittest
 
 SOURCE = pathlib.Path(sys.argv.pop(1))
-SCRIPTS = ["run", "test", "packaging/install-packages", "packaging/stages.bash", "tests/in-namespace"]
+SCRIPTS = ["run", "test", "packaging/install-packages", "packaging/stages.bash", "packaging/window.bash",
+           "tests/in-namespace"]
 
 STAND_INS = {
     "apt-get": '[ -z "$NO_NETWORK" ] || { echo "E: Temporary failure resolving deb.debian.org"; exit 100; }',
     "dpkg-query": 'for package; do :; done; [ "$package" = "$MISSING" ] || echo installed',
     "id": "echo 1000",
+    "import": "exit 1",
     "sudo": 'exec "$@"',
-    "cmake": '[ "$1" = "$FAILS" ] || exit 0; echo "$COMPLAINT"; exit 1',
-    "ctest": 'echo "$TESTED"; [ -z "$TEST_FAILS" ]',
+    "cmake": '[ "$1" = "$FAILS" ] || { echo "cmake $*"; exit 0; }; echo "$COMPLAINT"; exit 1',
+    "convert": "exit 1",
+    "ctest": """echo "$TESTED"
+[ -z "$RESULTS" ] || { mkdir -p "${RESULTS_FILE%/*}"; echo "$RESULTS" >"$RESULTS_FILE"; }
+[ -z "$TEST_FAILS" ]""",
+    "timeout": "exit 124",
     "unshare": "exit 1",
+    "xdotool": "exit 1",
     "xvfb-run": 'echo "virtual display: $*"',
     "tarvio": 'echo $$ >tarvio.pid; [ -n "$COMPLAINT" ] || exec sleep "${OPEN_FOR:-0}"; echo "$COMPLAINT"; exit 134',
     "tarvio-ecu-simulator": 'echo $$ >simulator.pid; echo "listening on 127.0.0.1:50123"; exec sleep 60',
@@ -64,7 +71,7 @@ class Scripts(unittest.TestCase):
             self.add(place, STAND_INS[place.name])
         # Only what the scripts call, so that what is taken away (sudo, apt-get) is away.
         for name in ["awk", "bash", "cat", "chmod", "cp", "dirname", "env", "find", "grep", "head", "install",
-                     "mkdir", "mv", "realpath", "sed", "seq", "sh", "sleep", "stat", "tail", "tee", "touch"]:
+                     "mkdir", "mv", "realpath", "rm", "sed", "seq", "sh", "sleep", "stat", "tail", "tee", "touch"]:
             (self.programs / name).symlink_to(shutil.which(name))
 
     @staticmethod
@@ -99,6 +106,9 @@ class Scripts(unittest.TestCase):
         self.assertNotIn(-1, places, output)
         self.assertEqual(places, sorted(places), output)
 
+    def test_run_builds_the_doctor_too(self):
+        self.assertRegex(self.output_of("run", DISPLAY=":7"), r"cmake --build .* tarvioctl\n")
+
     def test_test_says_each_stage_and_its_log(self):
         output = self.output_of("test")
         self.assertIn(f"test: configuring build/debug {self.log('configure.log')}", output)
@@ -106,15 +116,47 @@ class Scripts(unittest.TestCase):
         self.assertIn("in-namespace: no network namespace can be made here", output)
         self.assertIn("test: every test that could run passed", output)
 
-    def test_tests_that_cannot_run_are_named(self):
-        output = self.output_of("test", TESTED=" 3/9 Test #3: test_default ... - test_default (Skipped)")
-        self.assertIn("Skipped, since no network namespace", output)
-        self.assertIn("\n  test_default\n", output)
+    def output_with_results(self, results, **environment):
+        """What ./test says after ctest has kept these outputs of tests."""
+        file = self.tree / "build" / environment.get("TARVIO_PRESET", "debug") / "Testing/Temporary/LastTest.log"
+        return self.output_of("test", RESULTS=results, RESULTS_FILE=str(file), **environment)
+
+    def test_skipped_tests_are_named_with_their_own_reasons(self):
+        output = self.output_with_results(
+            "1/3 Test: test_default\nskipped: no network namespace\n"
+            "2/3 Test: test_dissector\nskipped: tshark is not installed\n"
+            "3/3 Test: test_silent\n",
+            TESTED="\t  1 - test_default (Skipped)\n\t  2 - test_dissector (Skipped)\n\t  3 - test_silent (Skipped)")
+        self.assertIn("\nLeft out here:\n  test_default: no network namespace\n"
+                      "  test_dissector: tshark is not installed\n  test_silent\ntest: every", output)
+
+    def test_what_a_passed_test_leaves_out_is_named(self):
+        output = self.output_with_results(
+            "1/2 Test: first_contact\n"
+            "test_wall (__main__.FirstContact.test_wall) ... skipped 'nft is not installed (for \"wall\")'\n"
+            "2/2 Test: test_pixels\nSKIP   : Pixels::memoryStays() nobody tells what is allocated\n"
+            "   Loc: [test_pixels.cpp(183)]\nTotals: 5 passed, 0 failed, 1 skipped\n", TARVIO_PRESET="asan")
+        self.assertIn("\nLeft out here:\n  first_contact: test_wall: nft is not installed (for \"wall\")\n"
+                      "  test_pixels: Pixels::memoryStays() nobody tells what is allocated\ntest: every", output)
+
+    def test_nothing_is_left_out_without_a_word_of_it(self):
+        self.assertNotIn("Left out", self.output_with_results("1/1 Test: test_x\n2 tests skipped nothing\n"))
+
+    def test_what_an_earlier_run_left_out_is_not_told_again(self):
+        self.output_with_results("1/1 Test: test_default\nskipped: no network namespace\n")
+        self.assertNotIn("Left out", self.output_of("test"))
 
     def test_failed_tests_can_be_repeated(self):
         output = self.output_of("test", TEST_FAILS="1", status=1)
         self.assertIn("not every test passed", output)
-        self.assertIn("./test --rerun-failed", output)
+        self.assertIn(" ./test --rerun-failed", output)
+        output = self.output_of("test", TEST_FAILS="1", TARVIO_PRESET="asan", status=1)
+        self.assertIn(" TARVIO_PRESET=asan ./test --rerun-failed", output)
+
+    def test_what_qt_6_takes_is_looked_for(self):
+        for preset in ["qt6", "qt6-asan"]:
+            self.assertIn("Installing qt6-base-dev\n",
+                          self.output_of("test", MISSING="qt6-base-dev", TARVIO_PRESET=preset))
 
     # What to do next when something is missing.
 
@@ -145,6 +187,30 @@ class Scripts(unittest.TestCase):
                                 COMPLAINT="  Could not find a package configuration file provided by Qt5")
         self.assertIn("provided by Qt5", output)
         self.assertIn("→ a package is missing: docs/building.md", output)
+
+    def next_after(self, complaint):
+        return self.output_of("test", FAILS="--preset", status=1, COMPLAINT=complaint)
+
+    def test_missing_compilers_and_programs_lead_there_too(self):
+        for complaint in ["  No CMAKE_CXX_COMPILER could be found.",
+                          "  is not a full path and was not found in the PATH.",
+                          "  Could not find XMLLINT_PROGRAM using the following names: xmllint",
+                          'CMake Error: CMake was unable to find a build program corresponding to "Ninja".']:
+            self.assertIn("→ a package is missing: docs/building.md", self.next_after(complaint))
+
+    def test_what_can_be_done_without_is_no_missing_package(self):
+        self.assertNotIn("a package is missing", self.next_after("-- Could NOT find PCAP (missing: PCAP_LIBRARY)"))
+
+    def test_cmake_that_is_too_old_is_told(self):
+        for complaint in ["  CMake 3.22 or higher is required.  You are running version 3.18.4",
+                          'CMake Error: Could not read presets from /x: "cmakeMinimumRequired" version too new']:
+            self.assertIn("→ this CMake is too old", self.next_after(complaint))
+
+    def test_missing_cmake_is_told(self):
+        (self.programs / "cmake").unlink()
+        output = self.output_of("run", DISPLAY=":7", status=1)
+        self.assertIn("run: cmake is not installed", output)
+        self.assertIn("→ docs/building.md", output)
 
     def test_build_folder_of_another_place(self):
         output = self.output_of("run", FAILS="--preset", status=1,
@@ -182,6 +248,19 @@ class Scripts(unittest.TestCase):
         output = self.output_of("run")
         self.assertIn("no display here", output)
         self.assertRegex(output, f"virtual display: .*{self.tree}/run --on-virtual-display")
+
+    def test_what_a_virtual_display_takes_is_named(self):
+        (self.programs / "apt-get").unlink()
+        for program in ["xvfb-run", "xdotool", "convert", "import"]:
+            (self.programs / program).rename(self.programs / "away")
+            output = self.output_of("run", status=1)
+            self.assertIn(f"is not installed here: {program}\n", output)
+            self.assertIn("→ docs/building.md names the packages", output)
+            (self.programs / "away").rename(self.programs / program)
+
+    def test_window_that_does_not_come_is_told(self):
+        output = self.output_of("run", "--on-virtual-display", DISPLAY=":7", status=1)
+        self.assertIn(f"no window appeared: see {self.tree}/build/tarvio.log", output)
 
     def test_display_that_takes_no_window(self):
         output = self.output_of("run", DISPLAY=":7", COMPLAINT="qt.qpa.xcb: could not connect to display :7", status=1)

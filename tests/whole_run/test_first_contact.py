@@ -73,6 +73,7 @@ for situation in first_contact.SITUATIONS:
 
 if __name__ == "__main__":
     if not two_machines.namespace():
-        print("skipped: no network namespace can be made here")
+        print("skipped: no network namespace can be made here; root may make one, as may whom user "
+              "namespaces are allowed")
         sys.exit(SKIPPED)
     unittest.main(verbosity=2)

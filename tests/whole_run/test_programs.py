@@ -109,6 +109,7 @@ class FirstStart(unittest.TestCase):
 
 if __name__ == "__main__":
     if CASE == FirstStart.__name__ and os.environ.get("TARVIO_NO_NAMESPACE"):
-        print(f"{DEFAULT_ECU_ADDRESS} is no address of this machine without a network namespace")
+        print(f"skipped: without a network namespace {DEFAULT_ECU_ADDRESS} is no address of this machine; "
+              "root may make one, as may whom user namespaces are allowed")
         sys.exit(SKIPPED)
     unittest.main(argv=[sys.argv[0], CASE], verbosity=2)
