@@ -21,16 +21,21 @@ bool isCounted(const void* caller)
     return isCounting && caller >= &__executable_start && caller < &etext;
 }
 
-void* allocate(std::size_t size, const void* caller)
+void* allocateOrNone(std::size_t size, const void* caller)
 {
     void* memory = std::malloc(size == 0 ? 1 : size);
-    if (!memory)
-        throw std::bad_alloc();
-    if (isCounted(caller)) {
+    if (memory && isCounted(caller)) {
         ++allocationCount;
         bytesHeld += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
     }
     return memory;
+}
+
+void* allocate(std::size_t size, const void* caller)
+{
+    if (void* memory = allocateOrNone(size, caller))
+        return memory;
+    throw std::bad_alloc();
 }
 
 void release(void* memory, const void* caller)
@@ -50,6 +55,16 @@ void* operator new(std::size_t size)
 void* operator new[](std::size_t size)
 {
     return allocate(size, __builtin_return_address(0));
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return allocateOrNone(size, __builtin_return_address(0));
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return allocateOrNone(size, __builtin_return_address(0));
 }
 
 void operator delete(void* memory) noexcept
@@ -92,4 +107,14 @@ std::size_t AllocationCounter::count() const
 std::ptrdiff_t AllocationCounter::heldBytes() const
 {
     return bytesHeld;
+}
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept
+{
+    release(memory, __builtin_return_address(0));
+}
+
+void operator delete[](void* memory, const std::nothrow_t&) noexcept
+{
+    release(memory, __builtin_return_address(0));
 }

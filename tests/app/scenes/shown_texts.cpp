@@ -129,8 +129,12 @@ bool showsText(const QAbstractButton& button)
 
 void add(Texts& texts, const QAbstractButton& button)
 {
-    if (showsText(button))
-        texts << centered(button, button.text(), roomOf(button), sizeOf(button.text(), button));
+    if (!showsText(button))
+        return;
+    const QRect room = roomOf(button);
+    texts << centered(button, button.text(), room, sizeOf(button.text(), button));
+    if (qobject_cast<const QCheckBox*>(&button) || qobject_cast<const QRadioButton*>(&button))
+        texts.last().place.moveLeft(room.left());
 }
 
 // --- fields
