@@ -9,6 +9,19 @@
 #include "views/sequence/OrvgMseqStepItemModel.h"
 #include "views/sequence/OrvgStepItemDelegate.h"
 
+namespace {
+
+// By itself Qt passes the focus on to the next button, where the key that is pressed once more does
+// something else: it deletes.
+void setUsable(QToolButton& button, bool isUsable, QTableView& table)
+{
+    if (!isUsable && button.hasFocus())
+        table.setFocus();
+    button.setEnabled(isUsable);
+}
+
+} // namespace
+
 OrvgMseqView::OrvgMseqView(QWidget* parent, orv::OrvCtrlClient* ctrl)
     : QWidget(parent)
     , mUi(std::make_unique<Ui::OrvgMseqView>())
@@ -112,10 +125,11 @@ void OrvgMseqView::updateButtons()
     const int count = mModel->rowCount();
     const bool isEmpty = count == 0;
     const bool isFull = count >= static_cast<int>(orv::kMaxStepCount);
-    mUi->addStepTb->setEnabled(!isFull);
-    mUi->cloneStepTb->setEnabled(!isEmpty && !isFull);
-    mUi->removeStepTb->setEnabled(!isEmpty);
-    mUi->writeMseqTb->setEnabled(!isEmpty);
+    QTableView& table = *mUi->mseqTable;
+    setUsable(*mUi->addStepTb, !isFull, table);
+    setUsable(*mUi->cloneStepTb, !isEmpty && !isFull, table);
+    setUsable(*mUi->removeStepTb, !isEmpty, table);
+    setUsable(*mUi->writeMseqTb, !isEmpty, table);
 }
 
 // The model with what stands in an open editor.

@@ -18,6 +18,32 @@ private slots:
 
     void cleanup() { mFixture.reset(); }
 
+    void keyPressedOnceTooOftenDeletesNothing_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        QTest::newRow("a new step") << QByteArray("addStepTb");
+        QTest::newRow("a copied step") << QByteArray("cloneStepTb");
+    }
+
+    // At twelve steps the button cannot be used any more.
+    void keyPressedOnceTooOftenDeletesNothing()
+    {
+        QFETCH(QByteArray, button);
+        mFixture->model().setSteps(SequenceViewFixture::steps(9));
+        mFixture->view.show();
+        mFixture->view.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&mFixture->view));
+        mFixture->table().setCurrentIndex(mFixture->model().index(8, 0));
+        mFixture->click("addStepTb");
+        mFixture->button(button.constData()).setFocus();
+        for (int press = 0; press < 4; ++press)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QCOMPARE(mFixture->model().rowCount(), 12);
+        std::vector<orv::MseqStep> former = mFixture->model().steps();
+        former.resize(9);
+        QCOMPARE(former, SequenceViewFixture::steps(9));
+    }
+
     void editorOffersTheWordsOfItsColumn()
     {
         QCOMPARE(words(0), QStringList({"AM", "BPSK0", "BPSK1"}));
