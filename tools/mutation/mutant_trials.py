@@ -3,6 +3,7 @@ from dataclasses import dataclass, field
 import os
 from pathlib import Path
 import queue
+import shutil
 import subprocess
 import threading
 import time
@@ -28,10 +29,14 @@ class Bench:
 
     def __init__(self, root, folder, name):
         self.root, self.profile = root, folder / f'profile-{name}'
-        self.profile.mkdir(parents=True, exist_ok=True)
-        self.profile.chmod(0o700)
+
+    def _forget_profile(self):
+        """What one test stores is nothing for the next."""
+        shutil.rmtree(self.profile, ignore_errors=True)
+        self.profile.mkdir(mode=0o700, parents=True)
 
     def passes(self, test, timeout_s, **environment):
+        self._forget_profile()
         properties = properties_of(test)
         variables = dict(line.split('=', 1) for line in properties.get('ENVIRONMENT', []))
         for variable in ('HOME', 'XDG_CONFIG_HOME', 'XDG_RUNTIME_DIR'):
@@ -63,7 +68,9 @@ class Trials:
 
     def __init__(self, root, programs, budget_s):
         self.programs, self.budget_s = programs, budget_s
-        self.benches = [Bench(root, programs.folder, number) for number in range(os.cpu_count())]
+        # Tests wait for half of their time.
+        count = 2 * os.cpu_count()
+        self.benches = [Bench(root, programs.folder, number) for number in range(count)]
         self.reached, self.seconds, self.broken = {}, {}, []
 
     def run_unchanged(self):

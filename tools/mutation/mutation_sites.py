@@ -85,7 +85,9 @@ class SourceSites:
         if word not in OPERATORS:
             return
         other = OPERATORS[word]
-        mutated = self._of(left) + b' ' + other.encode() + b' ' + self._of(right)
+        # Of the same type, else the conversion to a common one would change what sleeps, too.
+        mutated = (b'static_cast<decltype(' + self._of(cursor) + b')>(' + self._of(left) + b' '
+                   + other.encode() + b' ' + self._of(right) + b')')
         self._replace_expression(cursor, 'operator', f'{word} -> {other}', mutated)
 
     def _negation(self, cursor):
