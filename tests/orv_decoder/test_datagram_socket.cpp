@@ -44,6 +44,13 @@ TEST_F(Datagrams, sharedPortIsNotHadWithoutSharing)
     EXPECT_FALSE(alone.bindToAnyAddress(mPort));
 }
 
+TEST_F(Datagrams, closedSocketHasNoHandle)
+{
+    EXPECT_NE(mSocket.handle(), -1);
+    mSocket.close();
+    EXPECT_EQ(mSocket.handle(), -1);
+}
+
 TEST_F(Datagrams, portInUseIsTold)
 {
     const LoopbackPeer other;

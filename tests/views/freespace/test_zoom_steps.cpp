@@ -37,7 +37,9 @@ private slots:
         QTest::newRow("first") << 0 << 3 << 3;
         QTest::newRow("more") << 3 << 3 << 6;
         QTest::newRow("taken back") << 3 << -3 << 0;
+        QTest::newRow("taken back, inwards") << -3 << 3 << 0;
         QTest::newRow("replaced") << 6 << -3 << -3;
+        QTest::newRow("replaced by one") << -6 << 1 << 1;
         QTest::newRow("outvoted") << 1 << -3 << -2;
         QTest::newRow("replaced, inwards") << -6 << 3 << 3;
         QTest::newRow("at most") << 99 << 3 << 100;
