@@ -4,19 +4,19 @@
 
 namespace {
 
-struct SequenceStep
+struct StepWords
 {
-    Q_DECLARE_TR_FUNCTIONS(SequenceStep)
+    Q_DECLARE_TR_FUNCTIONS(StepWords)
 };
 
 } // namespace
 
 QStringList modeWords()
 {
-    return {SequenceStep::tr("AM"), SequenceStep::tr("BPSK0"), SequenceStep::tr("BPSK1")};
+    return {StepWords::tr("AM"), StepWords::tr("BPSK0"), StepWords::tr("BPSK1")};
 }
 
 QStringList stateWords()
 {
-    return {SequenceStep::tr("Disabled"), SequenceStep::tr("Active"), SequenceStep::tr("Passive")};
+    return {StepWords::tr("Disabled"), StepWords::tr("Active"), StepWords::tr("Passive")};
 }

@@ -299,4 +299,18 @@ TEST(UdpSocket, timeoutThatCannotBeSetIsReported)
     EXPECT_EQ(socket.lastError(), "Can't set receive timeout option");
 }
 
+TEST(UdpSocket, timeoutThatWasSetBeforeAnotherOneFailedIsSetAnew)
+{
+    const auto before = openDescriptors();
+    OrvUdpSocket socket(freeUdpPort());
+    ASSERT_TRUE(socket.open());
+    Bytes datagram;
+    EXPECT_FALSE(socket.receive(datagram, 1));
+    ASSERT_EQ(socket.lastError(), "receive error");
+    breakSocket(descriptorSince(before));
+    EXPECT_FALSE(socket.receive(datagram, 2));
+    EXPECT_FALSE(socket.receive(datagram, 1));
+    EXPECT_EQ(socket.lastError(), "Can't set receive timeout option");
+}
+
 } // namespace

@@ -45,6 +45,12 @@ class EchoSamplesTest : public QObject
     Q_OBJECT
 
 private slots:
+    void seriesWithoutSamplesHasNoMean()
+    {
+        const EchoSeries none;
+        QCOMPARE(none.amplitude(EchoValue::Mean), none.amplitude(EchoValue::Maximum));
+    }
+
     void magnitudeCodesStandForDecibels_data()
     {
         QTest::addColumn<quint16>("magnitude");

@@ -21,6 +21,7 @@ private slots:
     void init() { mFolder = std::make_unique<QTemporaryDir>(); }
 
     void newFileHoldsTheBytes();
+    void oneByteIsEnough();
     void formerFileIsReplacedAsAWhole();
     void fullDiskKeepsTheFormerFile_data();
     void fullDiskKeepsTheFormerFile();
@@ -62,6 +63,12 @@ QByteArray TestSafeFile::contentOf(const QString& fileName)
 {
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+void TestSafeFile::oneByteIsEnough()
+{
+    QVERIFY(writeWholeFile(path("a.orv"), "x").isWritten());
+    QCOMPARE(contentOf(path("a.orv")), QByteArray("x"));
 }
 
 void TestSafeFile::newFileHoldsTheBytes()

@@ -16,6 +16,7 @@ private slots:
         QTest::newRow("same") << QColor(12, 34, 56) << QColor(12, 34, 56) << 1.0;
         QTest::newRow("black and white") << QColor(Qt::black) << QColor(Qt::white) << 21.0;
         QTest::newRow("mid grey on white") << QColor(118, 118, 118) << QColor(Qt::white) << 4.54;
+        QTest::newRow("nearly black on white") << QColor(10, 10, 10) << QColor(Qt::white) << 19.80;
         QTest::newRow("pure red on white") << QColor(255, 0, 0) << QColor(Qt::white) << 4.0;
         QTest::newRow("pure blue on white") << QColor(0, 0, 255) << QColor(Qt::white) << 8.59;
     }

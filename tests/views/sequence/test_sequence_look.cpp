@@ -66,6 +66,15 @@ private slots:
         QVERIFY(contrastInList(*list, 1).ground != contrastInList(*list, 0).ground);
     }
 
+    // The longest word, and what the style keeps free on both sides of it.
+    void columnsHaveRoomForTheLongestWord()
+    {
+        const QTableView& table = mFixture->table();
+        const int margin = table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1;
+        QCOMPARE(table.horizontalHeader()->minimumSectionSize(),
+                 table.fontMetrics().horizontalAdvance("Disabled") + 2 * margin + 2);
+    }
+
     void currentRowIsFramedWithoutFocus()
     {
         mFixture->view.show();
