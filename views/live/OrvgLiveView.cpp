@@ -34,7 +34,8 @@ int narrowestSection(const QHeaderView& header)
 {
     int width = 0;
     for (int section = 0; section < header.count(); ++section) {
-        for (const QString& word : headerText(header, section).split(QLatin1Char(' ')))
+        const QStringList words = headerText(header, section).split(QLatin1Char(' '));
+        for (const QString& word : words)
             width = std::max(width, header.fontMetrics().tightBoundingRect(word).width());
     }
     return width;
