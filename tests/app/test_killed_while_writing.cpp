@@ -15,6 +15,16 @@
 #include <algorithm>
 #include <sys/syscall.h>
 
+/// A child has none of its parent's threads, and Qt 6 waits for them where it fills large areas.
+class NoPainting : public QObject
+{
+public:
+    bool eventFilter(QObject* /*receiver*/, QEvent* event) override
+    {
+        return event->type() == QEvent::Paint;
+    }
+};
+
 /// The program is killed at every system call of everything that it writes: the file is then the
 /// former one or the new one, to the last byte.
 class TestKilledWhileWriting : public QObject
@@ -22,7 +32,7 @@ class TestKilledWhileWriting : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    void initTestCase();
     void init() { mFolder = std::make_unique<QTemporaryDir>(); }
     void cleanupTestCase();
 
@@ -39,6 +49,7 @@ private:
     void expectSynchronisedBeforeTheRename(const std::vector<long>& systemCalls) const;
 
     std::unique_ptr<QTemporaryDir> mFolder;
+    NoPainting mNoPainting;
     int mKills = 0;
 };
 
@@ -105,6 +116,12 @@ void answerSaveDialog(QObject* context, const QString& fileName)
 }
 
 } // namespace
+
+void TestKilledWhileWriting::initTestCase()
+{
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    qApp->installEventFilter(&mNoPainting);
+}
 
 void TestKilledWhileWriting::cleanupTestCase()
 {
