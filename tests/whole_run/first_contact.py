@@ -140,7 +140,7 @@ class Stage:
 # A display and a session bus for each situation: what speaks to screen readers ends with the last
 # window, and another one may come too early for the next.
 SESSION = ["dbus-run-session", "--", "xvfb-run", "--auto-servernum",
-           "--server-args=-screen 0 1280x800x24"]
+           "--server-args=-screen 0 1280x800x24 -noreset"]
 INSIDE = "--inside"
 PICTURE_HEIGHT, LINE_HEIGHT = 33, 15  # without its tool tip, and each line of that
 

@@ -16,15 +16,16 @@ HERE = pathlib.Path(__file__).resolve().parent
 WAIT_S = 60
 
 
-def wait_for(what, condition):
-    """Polls until the condition gives something true and returns that."""
+def wait_for(what, condition, seen=lambda: ""):
+    """Polls until the condition gives something true and returns that. What was seen instead is
+    told where it never does."""
     end = time.monotonic() + WAIT_S
     while True:
         result = condition()
         if result:
             return result
         if time.monotonic() > end:
-            raise AssertionError(f"waited {WAIT_S} s for {what}")
+            raise AssertionError(f"waited {WAIT_S} s for {what}\n{seen()}")
         time.sleep(0.1)
 
 
@@ -108,13 +109,18 @@ class Tarvio(Program):
                                     "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
         # The first question starts the screen reader's bus. Qt 5.15.8 does not enter itself into
         # one that comes up before its window is shown.
-        wait_for("the window", self.shown_windows)
+        wait_for("the window", self.shown_windows, self._seen_instead)
         wait_for("the window's name", lambda: self.seen("window") == "Tarvio")
 
     def stop(self):
         status = super().stop()
         self._profile.cleanup()
         return status
+
+    def _seen_instead(self):
+        windows = subprocess.run(["xwininfo", "-root", "-tree"], stdout=subprocess.PIPE,
+                                 stderr=subprocess.STDOUT, text=True, check=False).stdout
+        return f"exit status: {self.process.poll()}, it said:\n{self.output()}\n{windows}"
 
     def seen(self, *question):
         """What a screen reader is told now, see screen_reader.py; empty without an answer."""
