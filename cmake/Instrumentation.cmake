@@ -19,3 +19,12 @@ if(TARVIO_BUILD_FUZZERS)
     -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+
+# Instrumented programs are large, and the tests are hundreds of them: lld links one in a third of the time.
+if(TARVIO_SANITIZER OR TARVIO_COVERAGE OR TARVIO_BUILD_FUZZERS)
+  include(CheckLinkerFlag)
+  check_linker_flag(CXX -fuse-ld=lld TARVIO_HAS_LLD)
+  if(TARVIO_HAS_LLD)
+    add_link_options(-fuse-ld=lld)
+  endif()
+endif()

@@ -43,7 +43,6 @@ bool OrvCtrlSocket::reconnect(const std::string& address, std::uint16_t port)
     if (port != 0)
         mPort = port;
     mSocket.close();
-    mOpen = false;
     return open();
 }
 

@@ -35,12 +35,7 @@ qint64 bytesReadSoFar()
     return first.mid(first.indexOf(' ') + 1).trimmed().toLongLong();
 }
 
-// AddressSanitizer frames each block and keeps what was given back.
-#ifdef __SANITIZE_ADDRESS__
-constexpr long kMemoryKb = 800'000;
-#else
-constexpr long kMemoryKb = 400'000;
-#endif
+constexpr long kMemoryKb = TARVIO_IMPORT_MEMORY_KB;
 
 long peakMemoryKb()
 {

@@ -219,13 +219,13 @@ void TestLinkSupervisor::captureHandsOnOneRecordOfEachKindATick()
     mFixture->pass(kTickMs - 1);
     QCOMPARE(mResults->count(), 0);
     mFixture->pass(1);
-    QCOMPARE(words(), QVector{1});
+    QCOMPARE(words(), QVector<int>{1});
     QCOMPARE(mPackages->count(), 1);
     mFixture->pass(kTickMs);
-    QCOMPARE(words(), (QVector{1, 2}));
+    QCOMPARE(words(), (QVector<int>{1, 2}));
     QCOMPARE(mPackages->count(), 2);
     mFixture->pass(kTickMs);
-    QCOMPARE(words(), (QVector{1, 2, 3}));
+    QCOMPARE(words(), (QVector<int>{1, 2, 3}));
     QCOMPARE(mPackages->count(), 2);
     QCOMPARE(state(), kConnected);
 }
@@ -263,7 +263,7 @@ void TestLinkSupervisor::captureDropsOldMeasurementsAndKeepsFreespaces()
     supervisor().setCapture(true);
     mFixture->streamMeasurement(2);
     mFixture->pass(kTickMs);
-    QCOMPARE(words(), QVector{2});
+    QCOMPARE(words(), QVector<int>{2});
     QCOMPARE(mPackages->count(), 1);
 }
 
@@ -276,9 +276,9 @@ void TestLinkSupervisor::junkCostsNoTick()
         mFixture->streamMeasurement(word);
     }
     mFixture->pass(kTickMs);
-    QCOMPARE(words(), QVector{1});
+    QCOMPARE(words(), QVector<int>{1});
     mFixture->pass(kTickMs);
-    QCOMPARE(words(), (QVector{1, 2}));
+    QCOMPARE(words(), (QVector<int>{1, 2}));
 }
 
 void TestLinkSupervisor::recordsAloneMakeTheLinkConnected()
@@ -334,7 +334,7 @@ void TestLinkSupervisor::judgementLeavesTheRecordsToThePoll()
     supervisor().judgeSilence();
     QCOMPARE(state(), kOnline);
     mFixture->pass(kTickMs);
-    QCOMPARE(words(), QVector{1});
+    QCOMPARE(words(), QVector<int>{1});
 }
 
 void TestLinkSupervisor::unansweredProbesOfThePollAreASecondApart()
@@ -391,7 +391,7 @@ void TestLinkSupervisor::tickThatIsAlittleLateHandsOnOneRecord()
     mFixture->streamMeasurement(1);
     mFixture->streamMeasurement(2);
     mFixture->pass(kTickMs + 30);
-    QCOMPARE(words(), QVector{1});
+    QCOMPARE(words(), QVector<int>{1});
 }
 
 void TestLinkSupervisor::littleDelaysAddUpToALateTick()
