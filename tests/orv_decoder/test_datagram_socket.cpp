@@ -107,6 +107,17 @@ TEST_F(Datagrams, answerIsHeardBehindWordOfAPortThatNobodyHolds)
     EXPECT_EQ(mBuffer.front(), 7);
 }
 
+TEST_F(Datagrams, firstOfTwoEndsTheWait)
+{
+    ASSERT_TRUE(mSocket.bindToAnyAddress(mPort));
+    ASSERT_TRUE(mSocket.setReceiveTimeout(kLongMs));
+    LoopbackPeer peer;
+    peer.sendTo(mPort, {1});
+    peer.sendTo(mPort, {1, 2});
+    EXPECT_EQ(mSocket.receiveUntil(Clock::now() + 5s, mBuffer), 1U);
+    EXPECT_EQ(mSocket.receiveUntil(Clock::now() + 5s, mBuffer), 2U);
+}
+
 TEST_F(Datagrams, waitEndsAtItsDeadline)
 {
     const auto deadline = Clock::now() + 30ms;
