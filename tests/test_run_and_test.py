@@ -247,7 +247,7 @@ class Scripts(unittest.TestCase):
     def test_without_display_a_virtual_one(self):
         output = self.output_of("run")
         self.assertIn("no display here", output)
-        self.assertRegex(output, f"virtual display: .*{self.tree}/run --on-virtual-display")
+        self.assertRegex(output, f"virtual display: .* -noreset .*{self.tree}/run --on-virtual-display")
 
     def test_what_a_virtual_display_takes_is_named(self):
         (self.programs / "apt-get").unlink()
