@@ -24,7 +24,19 @@ function(tarvio_test_environment name)
     # A program that is given a full disk cannot keep its coverage either; that is no error of it.
     GCOV_ERROR_FILE=/dev/null
     ${ARGN})
-  set_tests_properties(${name} PROPERTIES TIMEOUT 300 ENVIRONMENT "${environment}")
+  # Long enough for the longest of them on a slow or busy machine, with a sanitizer.
+  set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT "${environment}")
+endfunction()
+
+# tarvio_owner_of_precompiled_headers(VARIABLE LIBRARY...): of those that fit what a test is linked to.
+function(tarvio_owner_of_precompiled_headers variable)
+  if(ARGN MATCHES "qt_test_support|fault_matrix|window_scenes")
+    set(${variable} tarvio_views PARENT_SCOPE)
+  elseif(ARGN MATCHES "tarvio_ecu|ecu_test_support|tarvioctl_commands|cli_support|ecu_simulator_host")
+    set(${variable} tarvio_ecu PARENT_SCOPE)
+  else()
+    set(${variable} "" PARENT_SCOPE)
+  endif()
 endfunction()
 
 # tarvio_test(NAME [SOURCES file...] LIBRARIES library...): one test program from NAME.cpp.
@@ -32,8 +44,9 @@ function(tarvio_test name)
   cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${name}.cpp ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} tarvio_warnings)
-  if(TEST_LIBRARIES MATCHES "qt_test_support|fault_matrix|window_scenes")
-    tarvio_reuse_precompiled_headers(${name})
+  tarvio_owner_of_precompiled_headers(owner ${TEST_LIBRARIES})
+  if(owner)
+    tarvio_reuse_precompiled_headers(${name} ${owner})
     # What moc makes of NAME.cpp is included there. This has nothing left to say, and reads no headers.
     set_source_files_properties("${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp"
       PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
