@@ -141,7 +141,7 @@ void TestCtlEnvelope::interruptionGivesTheThresholdsBack()
 void TestCtlEnvelope::thresholdsThatCannotBeGivenBackAreTold()
 {
     startEcu({"--rate", "20"});
-    CtlProcess process(command(file()) + QStringList{"--timeout", "50"});
+    CtlProcess process(command(file()) + QStringList{"--timeout", "1000"});
     QVERIFY(mSimulator->waitForOutput(QStringLiteral("write for this run thresholds")));
     mSimulator->stop();
     const CtlResult result = process.waitForEnd();
