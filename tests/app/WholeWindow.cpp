@@ -29,6 +29,12 @@ WholeWindow::WholeWindow(const QStringList& ecuArguments)
     mWindow->onStatusTimeout();
 }
 
+void WholeWindow::stopSimulator()
+{
+    mSimulator.stop();
+    mPatience.reset();
+}
+
 void WholeWindow::trigger(const char* action)
 {
     mWindow->findChild<QAction*>(QLatin1String(action))->trigger();

@@ -2,6 +2,7 @@
 
 #include "app/TarvioWindow.h"
 #include "tests/support/EcuAccess.h"
+#include "tests/support/PatientReceive.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/TemporaryProfile.h"
 
@@ -10,8 +11,11 @@
 #include <QTemporaryDir>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
-/// The whole window against a simulated ECU, driven through its actions.
+/// The whole window against a simulated ECU, driven through its actions. It waits for as long as
+/// the ECU needs on a busy machine.
 class WholeWindow
 {
 public:
@@ -23,6 +27,8 @@ public:
     TarvioWindow& window() { return *mWindow; }
     EcuAccess& ecu() { return *mEcu; }
     SimulatorProcess& simulator() { return mSimulator; }
+    /// Ends the ECU's process; what is asked of it then times out as it does for a user.
+    void stopSimulator();
     TemporaryProfile& profile() { return mProfile; }
     std::uint16_t receivePort() const { return mReceivePort; }
     std::uint16_t freespacePort() const { return mFreespacePort; }
@@ -40,6 +46,7 @@ public:
     QString path(const QString& name) const { return mFolder.filePath(name); }
 
 private:
+    std::optional<PatientReceive> mPatience{std::in_place};
     QTemporaryDir mFolder;
     TemporaryProfile mProfile;
     SimulatorProcess mSimulator;

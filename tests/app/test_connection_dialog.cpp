@@ -6,6 +6,7 @@
 #include "tests/support/CursorWatchingSocket.h"
 #include "tests/support/LoopbackEcu.h"
 #include "tests/support/MessageBoxWatcher.h"
+#include "tests/support/PatientReceive.h"
 #include "tests/support/ScriptedControlSocket.h"
 #include "tests/support/key_batches.h"
 #include "tests/support/modal_dialogs.h"
@@ -99,6 +100,7 @@ private:
 
     QTemporaryDir mFolder;
     std::unique_ptr<QSettings> mStore;
+    std::optional<PatientReceive> mPatience;
     std::unique_ptr<LoopbackEcu> mSavedEcu;
     std::unique_ptr<orv::OrvCtrlSocket> mSocket;
     std::unique_ptr<orv::OrvCtrlClient> mClient;
@@ -112,6 +114,7 @@ void TestConnectionDialog::init()
     QFile::remove(file);
     mStore = std::make_unique<QSettings>(file, QSettings::IniFormat);
     settings::writeDefaultNetwork(*mStore);
+    mPatience.emplace();
     mSavedEcu = std::make_unique<LoopbackEcu>();
     mSocket = std::make_unique<orv::OrvCtrlSocket>("127.0.0.1", mSavedEcu->port());
     mClient = std::make_unique<orv::OrvCtrlClient>(mSocket.get());
@@ -446,6 +449,8 @@ void TestConnectionDialog::clientHasItsOwnSocketBackAfterEveryRead()
     LoopbackEcu typedEcu;
     if (ecuAnswers)
         typedEcu.answerAll(kEcuRecord);
+    else
+        mPatience.reset();
     open();
     child<OrvgIpControlWidget>("ecuIpControl")->setText(typedAddress);
     child<QSpinBox>("controlPort")->setValue(typedEcu.port());

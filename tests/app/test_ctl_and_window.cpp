@@ -63,7 +63,8 @@ void TestCtlAndWindow::readWritesTheBytesThatTheWindowExports()
 {
     WholeWindow window;
     window.exportTo(window.path(QStringLiteral("window.orv")));
-    const CtlResult result = CtlProcess::run({"read", window.path(QStringLiteral("ctl.orv"))});
+    const CtlResult result =
+        CtlProcess::run({"read", window.path(QStringLiteral("ctl.orv")), "--timeout", "10000"});
     QCOMPARE(result.exitStatus, 0);
     const QByteArray exported = contentOf(window.path(QStringLiteral("window.orv")));
     QVERIFY(exported.contains("<ecu_ip>127.0.0.1</ecu_ip>"));

@@ -106,7 +106,7 @@ void TestWholeConfiguration::answerNoLeavesEverythingAndSendsNothing()
     QCOMPARE(mWindow->configuration(), former);
     mWindow->trigger("actionTransmitToECU");
     QVERIFY(mWindow->ecu().read() == configurationOfSeed(0));
-    mWindow->simulator().stop();
+    mWindow->stopSimulator();
     // The test's own: sequence, twelve sensors, positions.
     QCOMPARE(readParts(mWindow->simulator().output()), before + 14);
 }
@@ -174,7 +174,7 @@ void TestWholeConfiguration::failedPartIsNamedInOneBox()
 void TestWholeConfiguration::noEcuAtAll()
 {
     const QString former = mWindow->configuration();
-    mWindow->simulator().stop();
+    mWindow->stopSimulator();
     const MessageBoxWatcher watcher(QMessageBox::Yes);
     mWindow->trigger("actionSyncFromECU");
     QCOMPARE(watcher.boxes().size(), 2);

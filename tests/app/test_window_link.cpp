@@ -116,7 +116,7 @@ private:
 
 void TestWindowLink::init()
 {
-    mEcu = std::make_unique<LoopbackEcu>();
+    mEcu = std::make_unique<LoopbackEcu>(LoopbackEcu::Serving::OnDemand);
     mReceivePort = freeUdpPort();
     mFreespacePort = freeUdpPort();
     mProfile = std::make_unique<TemporaryProfile>();
@@ -133,6 +133,7 @@ void TestWindowLink::cleanup()
 void TestWindowLink::openWindow()
 {
     mClock = std::make_unique<TestClock>();
+    mClock->whileReceiving([this] { mEcu->serveWaiting(); });
     mWindow = std::make_unique<TarvioWindow>();
     mWindow->show();
     pass(0);

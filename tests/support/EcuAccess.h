@@ -3,6 +3,7 @@
 #include "ecu/configuration/EcuConfiguration.h"
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
+#include "tests/support/patience.h"
 
 #include <cstdint>
 
@@ -13,7 +14,10 @@ EcuConfiguration configurationOfSeed(int seed);
 class EcuAccess
 {
 public:
-    explicit EcuAccess(std::uint16_t port) : mSocket("127.0.0.1", port), mClient(&mSocket) {}
+    explicit EcuAccess(std::uint16_t port) : mSocket("127.0.0.1", port), mClient(&mSocket)
+    {
+        mSocket.setReceiveTimeout(kAnswerPatienceMs);
+    }
 
     /// False when any part failed.
     bool write(const EcuConfiguration& configuration);

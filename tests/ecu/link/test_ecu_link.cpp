@@ -1,11 +1,14 @@
 #include "ecu/link/EcuLink.h"
 #include "ecu/link/LinkSettings.h"
+#include "tests/ecu/link/LinkFixture.h"
 #include "tests/support/LoopbackEcu.h"
 #include "tests/support/OpenDescriptors.h"
+#include "tests/support/PatientReceive.h"
 
 #include <QtTest>
 
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <thread>
 
@@ -41,6 +44,8 @@ private:
 
 namespace {
 
+using namespace std::chrono_literals;
+
 const std::vector<std::uint8_t> kMeasurement = {1, 0, 0, 0, 1, 0, 2, 0, 0};
 const std::vector<std::uint8_t> kFreespace = {0};
 
@@ -65,6 +70,7 @@ LinkSettings TestEcuLink::network() const
 
 void TestEcuLink::drainTellsWhetherAnythingCame()
 {
+    const TestClock clock;
     EcuLink link(network());
     QVERIFY(!link.drain());
     mEcu->stream(mFreespacePort, kFreespace);
@@ -74,6 +80,7 @@ void TestEcuLink::drainTellsWhetherAnythingCame()
 
 void TestEcuLink::drainEmptiesBothStreams()
 {
+    const TestClock clock;
     EcuLink link(network());
     for (int i = 0; i < 5; ++i) {
         mEcu->stream(mReceivePort, kMeasurement);
@@ -104,6 +111,7 @@ void TestEcuLink::floodDoesNotHoldTheDrain()
 
 void TestEcuLink::junkDoesNotEndTheDrain()
 {
+    const TestClock clock;
     EcuLink link(network());
     mEcu->stream(mReceivePort, {});
     mEcu->stream(mReceivePort, {1, 2, 3});
@@ -173,23 +181,23 @@ void TestEcuLink::streamsMayExchangeTheirPorts()
 
 void TestEcuLink::probeWaitsForAShortTimeOnly()
 {
-    EcuLink link(network());
-    mEcu->setHandler([](const orv::ControlRequest& request) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        return orv::encodeReply(request.code, LoopbackEcu::Frame{2, 14, 0}, 0);
-    });
+    LinkFixture fixture;
+    const auto start = fixture.clock.now();
     orv::FirmwareVersion version;
-    QVERIFY(!link.probe(version));
+    QVERIFY(!fixture.link->probe(version));
+    const std::chrono::milliseconds waited = fixture.clock.now() - start;
+    QVERIFY(waited >= 100ms);
+    QVERIFY(waited < 150ms); // the system rounds up to a tick of its clock
 }
 
 void TestEcuLink::probeLeavesTheConfiguredTimeout()
 {
     const auto before = openDescriptors();
-    EcuLink link(network());
+    LinkFixture fixture;
     orv::FirmwareVersion version;
-    QVERIFY(!link.probe(version));
-    mEcu->answerAll({2, 14, 0});
-    QVERIFY(link.probe(version));
+    QVERIFY(!fixture.link->probe(version));
+    fixture.answer();
+    QVERIFY(fixture.link->probe(version));
     int configured = 0;
     for (const int descriptor : openDescriptors()) {
         if (!before.count(descriptor))
@@ -200,25 +208,26 @@ void TestEcuLink::probeLeavesTheConfiguredTimeout()
 
 void TestEcuLink::probeReadsTheFirmwareVersion()
 {
-    EcuLink link(network());
-    mEcu->answerAll({2, 14, 0});
+    LinkFixture fixture;
+    fixture.answer();
     orv::FirmwareVersion version;
-    QVERIFY(link.probe(version));
+    QVERIFY(fixture.link->probe(version));
     QCOMPARE(version.text(), std::string("2.14.0"));
-    QCOMPARE(mEcu->requests().size(), std::size_t{1});
-    QCOMPARE(int(mEcu->requests().front().code), 2);
+    QCOMPARE(fixture.ecu.requests().size(), std::size_t{1});
+    QCOMPARE(int(fixture.ecu.requests().front().code), 2);
 }
 
 void TestEcuLink::probeOfASilentEcuFails()
 {
-    EcuLink link(network());
+    LinkFixture fixture;
     orv::FirmwareVersion version;
-    QVERIFY(!link.probe(version));
-    QCOMPARE(link.client().lastError(), std::string("socket: receive timeout"));
+    QVERIFY(!fixture.link->probe(version));
+    QCOMPARE(fixture.link->client().lastError(), std::string("socket: receive timeout"));
 }
 
 void TestEcuLink::reconnectMovesAllThreeSockets()
 {
+    const PatientReceive patience;
     EcuLink link(network());
     LoopbackEcu other;
     other.answerAll({3, 0, 1});

@@ -1,5 +1,6 @@
 #include "ecu/link/LiveStream.h"
 #include "tests/support/LoopbackPeer.h"
+#include "tests/support/TestClock.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +29,8 @@ std::array<Bytes, 2> datagrams<orv::OrvFreespacePackage>()
     return {{{0}, orv::encodeFreespacePackage(package)}};
 }
 
-// A stream of either kind; a datagram that was sent over loopback is there at once.
+// A stream of either kind, for which no time goes by; a datagram that was sent over loopback is
+// there at once.
 template<typename T>
 class EitherStream : public testing::Test
 {
@@ -36,6 +38,7 @@ protected:
     void send(const Bytes& datagram) { mEcu.sendTo(mPort, datagram); }
 
     const std::uint16_t mPort = freeUdpPort();
+    TestClock mClock;
     LoopbackPeer mEcu;
     LiveStream<T> mStream{mPort};
 };

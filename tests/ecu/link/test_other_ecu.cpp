@@ -3,6 +3,7 @@
 #include "orv_decoder/OrvCtrlClient.h"
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "tests/support/LoopbackEcu.h"
+#include "tests/support/PatientReceive.h"
 #include "tests/support/ScriptedControlSocket.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +17,7 @@ LoopbackEcu::Frame recordWithReceivePort(std::uint16_t port)
 
 TEST(OtherEcu, IsAskedThroughTheSameClientWhichKeepsItsOwn)
 {
+    const PatientReceive patience;
     LoopbackEcu own;
     LoopbackEcu other;
     own.answerAll(recordWithReceivePort(1));
@@ -34,6 +36,7 @@ TEST(OtherEcu, IsAskedThroughTheSameClientWhichKeepsItsOwn)
 
 TEST(OtherEcu, FailureIsTheClientsAndLeavesItItsOwn)
 {
+    const PatientReceive patience;
     LoopbackEcu own;
     LoopbackEcu other;
     other.answerAll({}, 5);

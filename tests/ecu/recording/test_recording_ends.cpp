@@ -1,6 +1,7 @@
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "tests/ecu/recording/RecordingBench.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/patience.h"
 
 #include <QtTest>
 
@@ -290,6 +291,7 @@ private slots:
         QFETCH(Ending, ending);
         const SimulatorProcess simulator({"--streams", "off"});
         orv::OrvCtrlSocket ecu("127.0.0.1", simulator.controlPort());
+        ecu.setReceiveTimeout(kAnswerPatienceMs);
         RecordingBench bench(&ecu);
         bench.settings.sensor = 7;
         orv::SensorThreshold before;

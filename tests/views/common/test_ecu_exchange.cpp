@@ -1,6 +1,7 @@
 #include "orv_decoder/OrvCtrlClient.h"
 #include "tests/support/CursorWatchingSocket.h"
 #include "tests/support/MessageBoxWatcher.h"
+#include "tests/support/modal_dialogs.h"
 #include "views/common/EcuExchange.h"
 
 #include <QtTest>
@@ -53,13 +54,12 @@ private slots:
     void exchangeRunsUnderTheWaitCursorAndItsBoxDoesNot()
     {
         Bench bench;
+        mBoxes.reset();
         bool boxHadWaitCursor = true;
-        QTimer look;
-        connect(&look, &QTimer::timeout, this, [&] {
-            if (QApplication::activeModalWidget())
-                boxHadWaitCursor = QApplication::overrideCursor() != nullptr;
+        whenOpened<QMessageBox>(this, [&](QMessageBox& box) {
+            boxHadWaitCursor = QApplication::overrideCursor() != nullptr;
+            box.accept();
         });
-        look.start(0);
         QVERIFY(!bench.readVersion(false));
         QCOMPARE(bench.socket.hadWaitCursor, std::vector<bool>{true});
         QVERIFY(!boxHadWaitCursor);

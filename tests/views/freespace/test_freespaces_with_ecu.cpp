@@ -4,7 +4,9 @@
 #include "orv_decoder/OrvUdpSocket.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/MessageBoxWatcher.h"
+#include "tests/support/PatientReceive.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/patience.h"
 #include "tests/support/screenshots.h"
 #include "tests/views/freespace/picture.h"
 #include "views/freespace/OrvgFreespacesView.h"
@@ -21,7 +23,6 @@ namespace {
 
 constexpr std::uint8_t kSensor = 3;
 constexpr int kPackageLimit = 500;
-constexpr std::uint32_t kPatienceMs = 5000;
 
 // The views, and the ECU at the other end of a real control channel and a real stream.
 class Bench
@@ -62,7 +63,7 @@ public:
     {
         for (int i = 0; i < kPackageLimit; ++i) {
             orv::OrvFreespacePackage package;
-            if (!decoder.take(package, kPatienceMs))
+            if (!decoder.take(package, kAnswerPatienceMs))
                 return false;
             view.onNewFreespacePackage(package);
             if (std::any_of(package.entries.begin(), package.entries.end(), condition))
@@ -80,6 +81,7 @@ public:
         });
     }
 
+    PatientReceive patience;
     std::uint16_t fspPort;
     orv::OrvUdpSocket streamSocket;
     orv::OrvDecoder<orv::OrvFreespacePackage> decoder;

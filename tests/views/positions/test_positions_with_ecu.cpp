@@ -1,7 +1,10 @@
 #include "orv_decoder/OrvCtrlSocket.h"
 #include "tests/support/MessageBoxWatcher.h"
+#include "tests/support/PatientReceive.h"
 #include "tests/support/SimulatorProcess.h"
 #include "tests/views/positions/PositionViewFixture.h"
+
+#include <optional>
 
 namespace {
 
@@ -36,7 +39,11 @@ class PositionsWithEcuTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { mBoxes = std::make_unique<MessageBoxWatcher>(QMessageBox::Yes); }
+    void init()
+    {
+        mBoxes = std::make_unique<MessageBoxWatcher>(QMessageBox::Yes);
+        mPatience.emplace();
+    }
     void cleanup() { mBoxes.reset(); }
 
     void whatIsEditedAndWrittenIsReadBack()
@@ -75,6 +82,7 @@ private slots:
         Bench bench;
         bench.model().setPositions(PositionViewFixture::aCar());
         bench.ecu.stop();
+        mPatience.reset();
         QTest::mouseClick(&bench.writeButton(), Qt::LeftButton);
         expectLastBox("socket: receive timeout");
         QCOMPARE(bench.view.positions(), PositionViewFixture::aCar());
@@ -90,6 +98,7 @@ private:
     }
 
     std::unique_ptr<MessageBoxWatcher> mBoxes;
+    std::optional<PatientReceive> mPatience;
 };
 
 QTEST_MAIN(PositionsWithEcuTest)

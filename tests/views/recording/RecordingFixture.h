@@ -5,6 +5,7 @@
 #include "tests/support/LoopbackEcu.h"
 #include "tests/support/MeasurementBuilder.h"
 #include "tests/support/MessageBoxWatcher.h"
+#include "tests/support/patience.h"
 #include "views/plot/OrvgPlotWidget.h"
 #include "views/recording/OrvgCurveRecordingDialog.h"
 
@@ -24,7 +25,11 @@ inline constexpr int kResultsOfRecording = 1 + 145 * 3 + 16 + 1;
 /// A recording dialog that writes to an ECU on 127.0.0.1, and what a user finds in it.
 struct RecordingFixture
 {
-    RecordingFixture() { ecu.answerAll({}); }
+    RecordingFixture()
+    {
+        socket.setReceiveTimeout(kAnswerPatienceMs);
+        ecu.answerAll({});
+    }
 
     void inject(int count, const orv::OrvMeasurementResult& result = aMeasurement())
     {

@@ -1,7 +1,9 @@
 #include "orv_decoder/OrvDecoder.h"
 #include "orv_decoder/OrvUdpSocket.h"
 #include "tests/support/LoopbackPeer.h"
+#include "tests/support/PatientReceive.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/patience.h"
 #include "tests/views/recording/RecordingFixture.h"
 
 #include <QtTest>
@@ -11,7 +13,6 @@
 namespace {
 
 constexpr std::uint8_t kSensor = 5;
-constexpr std::uint32_t kPatienceMs = 10000;
 constexpr double kWindowUs = 204.8;
 
 // A recording of the simulated ECU before a wall, fed from its stream.
@@ -33,7 +34,9 @@ public:
     bool measureWithOneSensor()
     {
         const std::vector<orv::MseqStep> steps = {{.valid = true, .activeMask = 1U << kSensor}};
-        return mClient.writeMeasurementSequence(steps);
+        const bool isWritten = mClient.writeMeasurementSequence(steps);
+        mStream.reopen(0); // what waits was measured before
+        return isWritten;
     }
 
     /// False when the stream ends before the recording does.
@@ -44,7 +47,7 @@ public:
         const auto* stop = mDialog.findChild<QPushButton*>("mStopPb");
         for (bool isFirst = true; stop->isEnabled(); isFirst = false) {
             orv::OrvMeasurementResult result;
-            if (!mDecoder.take(result, kPatienceMs))
+            if (!mDecoder.take(result, kAnswerPatienceMs))
                 return false;
             // The first result starts the recording and is not a part of it.
             if (!isFirst)
@@ -87,6 +90,7 @@ private:
         }
     }
 
+    PatientReceive mPatience;
     orv::OrvUdpSocket mStream{freeUdpPort()};
     orv::OrvDecoder<orv::OrvMeasurementResult> mDecoder;
     SimulatorProcess mSimulator;

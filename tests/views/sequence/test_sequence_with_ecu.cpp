@@ -3,8 +3,12 @@
 #include "orv_decoder/OrvUdpSocket.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/MessageBoxWatcher.h"
+#include "tests/support/PatientReceive.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/patience.h"
 #include "tests/views/sequence/SequenceViewFixture.h"
+
+#include <optional>
 
 namespace {
 
@@ -56,7 +60,7 @@ public:
     QString next()
     {
         orv::OrvMeasurementResult result;
-        if (!mDecoder.take(result, 5000))
+        if (!mDecoder.take(result, kAnswerPatienceMs))
             return {};
         QString roles;
         for (std::uint8_t sensor = 0; sensor < 12; ++sensor)
@@ -79,7 +83,11 @@ class SequenceWithEcuTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { mBoxes = std::make_unique<MessageBoxWatcher>(QMessageBox::Yes); }
+    void init()
+    {
+        mBoxes = std::make_unique<MessageBoxWatcher>(QMessageBox::Yes);
+        mPatience.emplace();
+    }
     void cleanup() { mBoxes.reset(); }
 
     void whatIsEditedAndWrittenIsReadBack()
@@ -149,6 +157,7 @@ private slots:
         bench.click("readMseqTb");
         const std::vector<orv::MseqStep> steps = bench.model().steps();
         bench.ecu.stop();
+        mPatience.reset();
         bench.click("readMseqTb");
         expectLastBox("socket: receive timeout");
         QCOMPARE(bench.model().steps(), steps);
@@ -174,6 +183,7 @@ private:
     }
 
     std::unique_ptr<MessageBoxWatcher> mBoxes;
+    std::optional<PatientReceive> mPatience;
 };
 
 QTEST_MAIN(SequenceWithEcuTest)

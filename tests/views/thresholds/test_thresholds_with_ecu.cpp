@@ -5,7 +5,9 @@
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/MessageBoxWatcher.h"
+#include "tests/support/PatientReceive.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/patience.h"
 #include "views/thresholds/OrvgThreshItemModel.h"
 #include "views/thresholds/OrvgThresholdView.h"
 
@@ -73,7 +75,7 @@ public:
 std::optional<bool> hearsItself(LoopbackPeer& receiver, std::uint8_t sensor, int count)
 {
     while (count > 0) {
-        const auto datagram = receiver.receive(5000);
+        const auto datagram = receiver.receive(int{kAnswerPatienceMs});
         if (!datagram)
             return std::nullopt;
         const auto result = orv::decodeDatagram<orv::OrvMeasurementResult>(*datagram);
@@ -95,7 +97,11 @@ class ThresholdsWithEcuTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { mBoxes = std::make_unique<MessageBoxWatcher>(QMessageBox::Yes); }
+    void init()
+    {
+        mBoxes = std::make_unique<MessageBoxWatcher>(QMessageBox::Yes);
+        mPatience.emplace();
+    }
     void cleanup() { mBoxes.reset(); }
 
     void whatIsEditedAndWrittenIsReadBack()
@@ -197,6 +203,7 @@ private slots:
         Bench bench({"--calibration", "never"});
         bench.click("mCalibrateTb");
         bench.ecu.stop();
+        mPatience.reset();
         bench.runToTheEnd();
         QCOMPARE(mBoxes->boxes().size(), 1);
         QCOMPARE(mBoxes->boxes()[0].title, QString("Communication error"));
@@ -215,6 +222,7 @@ private slots:
 
 private:
     std::unique_ptr<MessageBoxWatcher> mBoxes;
+    std::optional<PatientReceive> mPatience;
 };
 
 QTEST_MAIN(ThresholdsWithEcuTest)
