@@ -39,18 +39,36 @@ function(tarvio_owner_of_precompiled_headers variable)
   endif()
 endfunction()
 
-# tarvio_test(NAME [SOURCES file...] LIBRARIES library...): one test program from NAME.cpp.
-function(tarvio_test name)
+# tarvio_moc_of_test(NAME): NAME.moc of NAME.cpp, which includes it. For a class of its own moc needs no
+# header; CMAKE_AUTOMOC has it read all of Qt's, and with Qt 6 that takes nearly as long as to compile them.
+function(tarvio_moc_of_test name)
+  add_custom_command(OUTPUT ${name}.moc
+    COMMAND Qt${TARVIO_QT_VERSION}::moc --no-notes -o ${name}.moc "${CMAKE_CURRENT_SOURCE_DIR}/${name}.cpp"
+    DEPENDS ${name}.cpp
+    VERBATIM)
+  target_sources(${name} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${name}.moc")
+  target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}")
+endfunction()
+
+# tarvio_test_program(NAME [SOURCES file...] LIBRARIES library...): a program from NAME.cpp.
+function(tarvio_test_program name)
   cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${name}.cpp ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} tarvio_warnings)
   tarvio_owner_of_precompiled_headers(owner ${TEST_LIBRARIES})
   if(owner)
     tarvio_reuse_precompiled_headers(${name} ${owner})
-    # What moc makes of NAME.cpp is included there. This has nothing left to say, and reads no headers.
-    set_source_files_properties("${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp"
-      PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
   endif()
+  if(TEST_SOURCES MATCHES "\\.h")
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  elseif(NOT TEST_LIBRARIES MATCHES "GTest")
+    tarvio_moc_of_test(${name})
+  endif()
+endfunction()
+
+# tarvio_test(NAME [SOURCES file...] LIBRARIES library...): one test program from NAME.cpp.
+function(tarvio_test name)
+  tarvio_test_program(${name} ${ARGN})
   add_test(NAME ${name} COMMAND ${name})
   tarvio_test_environment(${name})
 endfunction()
