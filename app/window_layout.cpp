@@ -23,10 +23,16 @@ void fitOnScreen(QMainWindow& window)
     window.resize(window.size().boundedTo(window.screen()->availableSize() - QSize(0, titleBar)));
 }
 
-void addToggle(QMenu& menu, const QDockWidget& dock, const QString& icon)
+// Who shows a dock wants to see it: Qt would leave it behind the tab that is in front.
+void addToggle(QMenu& menu, QDockWidget& dock, const QString& icon)
 {
-    dock.toggleViewAction()->setIcon(QIcon(icon));
-    menu.addAction(dock.toggleViewAction());
+    QAction* toggle = dock.toggleViewAction();
+    toggle->setIcon(QIcon(icon));
+    menu.addAction(toggle);
+    QObject::connect(toggle, &QAction::triggered, &dock, [&dock](bool isShown) {
+        if (isShown)
+            dock.raise();
+    });
 }
 
 } // namespace

@@ -25,7 +25,7 @@ void styleTitles(QMainWindow& window, const EditorDocks& docks);
 /// window inside its screen.
 void arrange(QMainWindow& window, const EditorDocks& docks);
 
-/// Adds an entry for each dock that shows and hides it.
+/// Adds an entry for each dock that shows it, in front of those that share its tabs, and hides it.
 void addToggles(QMenu& menu, const EditorDocks& docks);
 
 /// Takes away the one entry of the window's context menu that has no text and hides the tool bar.

@@ -48,6 +48,7 @@ private slots:
     void junkInTheStoreIsAFirstStart_data();
     void junkInTheStoreIsAFirstStart();
     void junkInTheSavedStateLeavesTheWindowUsable();
+    void dockThatIsShownAgainComesToTheFront();
     void subWindowsCannotBeClosed_data();
     void subWindowsCannotBeClosed();
     void systemMenusOfSubWindowsOfferNoClose();
@@ -380,6 +381,19 @@ void TestMainWindow::junkInTheSavedStateLeavesTheWindowUsable()
     const auto window = shownWindow();
     QVERIFY(window->findChild<QDockWidget*>("thresholdDock"));
     QVERIFY(window->findChild<QMdiArea*>("mMdiArea")->isVisible());
+}
+
+void TestMainWindow::dockThatIsShownAgainComesToTheFront()
+{
+    const auto window = shownWindow();
+    for (const char* name : {"mseqDock", "sensorPositionDock", "thresholdDock"}) {
+        const auto* dock = window->findChild<QDockWidget*>(name);
+        dock->toggleViewAction()->trigger();
+        QVERIFY(!dock->isVisible());
+        dock->toggleViewAction()->trigger();
+        QCoreApplication::processEvents();
+        QVERIFY2(!dock->visibleRegion().isEmpty(), name);
+    }
 }
 
 void TestMainWindow::subWindowsCannotBeClosed_data()
