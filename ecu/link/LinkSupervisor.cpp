@@ -179,10 +179,8 @@ void LinkSupervisor::probeFromPoll()
     if (mConnected || !mNextPollProbe.hasExpired())
         return;
     mConnected = probe();
-    if (mConnected)
-        return;
-    mNextPollProbe.setRemainingTime(mIntervals.pollProbe);
-    mNextTickMs -= 2 * kLatenessMs; // the records that came meanwhile are waiting
+    if (!mConnected)
+        mNextPollProbe.setRemainingTime(mIntervals.pollProbe);
 }
 
 void LinkSupervisor::setState(State state)
