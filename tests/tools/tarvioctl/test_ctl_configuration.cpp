@@ -295,8 +295,9 @@ void TestCtlConfiguration::ecuThatDiesInTheMiddleIsTold()
 {
     ctl({"read", file("a.orv")});
     StagedEcu ecu;
-    int writings = 0;
-    ecu.holdAt([&writings](const auto& request) { return isWriting(request) && ++writings > 3; });
+    ecu.holdAt([writings = 0](const auto& request) mutable {
+        return isWriting(request) && ++writings > 3;
+    });
     const CtlResult result =
         CtlProcess::run(QStringList{"write", file("a.orv")} + ecuOptions(ecu.port(), 100));
     QCOMPARE(result.exitStatus, 1);

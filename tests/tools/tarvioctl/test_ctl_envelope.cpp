@@ -119,9 +119,9 @@ void TestCtlEnvelope::interruptionGivesTheThresholdsBack()
     const auto before = thresholds();
     QVERIFY(before);
     // At the fifth position.
-    int writings = 0;
-    mEcu->holdAt(
-        [&writings](const auto& request) { return isWriting(request) && ++writings == 6; });
+    mEcu->holdAt([writings = 0](const auto& request) mutable {
+        return isWriting(request) && ++writings == 6;
+    });
     CtlProcess process(command(file()));
     QVERIFY(mEcu->waitUntilHeld());
     process.interrupt();
