@@ -17,6 +17,8 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
+constexpr int kPatienceMs = 30000;
+
 // 2026-01-02 03:04:05.678901 UTC
 const std::chrono::system_clock::time_point kTime{std::chrono::microseconds(1767323045678901)};
 
@@ -204,7 +206,7 @@ private slots:
             });
         QSignalSpy ended(&player, &CapturePlayer::ended);
         player.start();
-        QTRY_COMPARE(ended.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, kPatienceMs);
         QCOMPARE(played, (QStringList{"measurement 20", "measurement 20"}));
         QCOMPARE(player.summary(), QStringLiteral("2 measurement and 0 freespace datagrams sent, 1 "
                                                   "packets passed over"));
@@ -221,7 +223,7 @@ private slots:
         QSignalSpy due(&player, &CapturePlayer::due);
         QSignalSpy ended(&player, &CapturePlayer::ended);
         player.start();
-        QTRY_COMPARE(due.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(due.count(), 1, kPatienceMs);
         QTest::qWait(20);
         QCOMPARE(due.count(), 1);
         QCOMPARE(ended.count(), 0);
@@ -235,7 +237,7 @@ private slots:
         QSignalSpy due(&player, &CapturePlayer::due);
         QSignalSpy ended(&player, &CapturePlayer::ended);
         player.start();
-        QTRY_VERIFY(due.count() >= 6);
+        QTRY_VERIFY_WITH_TIMEOUT(due.count() >= 6, kPatienceMs);
         QCOMPARE(ended.count(), 0);
     }
 
@@ -253,7 +255,7 @@ private slots:
         CapturePlayer player({.fileName = fileName(), .isLooped = isLooped}, {5001, 5003});
         QSignalSpy failed(&player, &CapturePlayer::failed);
         player.start();
-        QTRY_COMPARE(failed.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, kPatienceMs);
         QCOMPARE(failed[0][0].toString(),
                  fileName() + QStringLiteral(" holds nothing for port 5001 or 5003, but for 4001, "
                                              "4003: say which is which by --recorded-receive-port "
@@ -266,7 +268,7 @@ private slots:
         CapturePlayer player({.fileName = fileName()}, {4001, 4003});
         QSignalSpy failed(&player, &CapturePlayer::failed);
         player.start();
-        QTRY_COMPARE(failed.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, kPatienceMs);
         QVERIFY(failed[0][0].toString().endsWith(
             QStringLiteral(" holds no UDP datagram over IPv4: give a capture of the live "
                            "streams.")));

@@ -5,6 +5,7 @@
 #include "orv_decoder/OrvMeasurementResult.h"
 #include "tests/support/LoopbackPeer.h"
 #include "tests/support/SimulatorProcess.h"
+#include "tests/support/patience.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -13,7 +14,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr int kPatienceMs = 10000;
+constexpr int kPatienceMs = kAnswerPatienceMs;
 
 /// The tool's end of the link: a control client and both stream ports.
 class Link
@@ -25,7 +26,11 @@ public:
                                  QStringLiteral("--fsp-port"), QString::number(mFreespaces.port())})
         , mSocket("127.0.0.1", mSimulator.controlPort())
         , mClient(&mSocket)
-    {}
+    {
+        waitForReplies(kAnswerPatienceMs);
+    }
+
+    void waitForReplies(std::uint32_t timeoutMs) { mSocket.setReceiveTimeout(timeoutMs); }
 
     SimulatorProcess& simulator() { return mSimulator; }
     orv::OrvCtrlClient& client() { return mClient; }
@@ -299,6 +304,7 @@ private slots:
             SimulatorProcess simulator(arguments + QStringList{QStringLiteral("--receive-port"),
                                                                QString::number(oldPort.port())});
             orv::OrvCtrlSocket socket("127.0.0.1", simulator.controlPort());
+            QVERIFY(socket.setReceiveTimeout(kAnswerPatienceMs));
             orv::OrvCtrlClient client(&socket);
             orv::EcuNetworkSettings network;
             QVERIFY(client.readNetworkSettings(network));
@@ -362,6 +368,7 @@ private slots:
     void droppedRepliesTimeOut()
     {
         Link link(QStringLiteral("--streams off --drop-replies 1"));
+        link.waitForReplies(100);
         orv::FirmwareVersion firmware;
         QVERIFY(!link.client().readFirmwareVersion(firmware));
         QCOMPARE(QString::fromStdString(link.client().lastError()),

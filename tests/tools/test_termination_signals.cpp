@@ -47,7 +47,7 @@ private slots:
         QSignalSpy spy(&termination, &cli::TerminationSignals::terminated);
         std::raise(signal);
         QCOMPARE(spy.count(), 0);
-        QTRY_VERIFY(spy.count() > 0);
+        QTRY_VERIFY_WITH_TIMEOUT(spy.count() > 0, 30000);
         QCOMPARE(int(formerCalls), 0);
     }
 

@@ -92,7 +92,7 @@ class Stage:
 
     def take_sequence(self):
         with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as client:
-            client.settimeout(5)
+            client.settimeout(programs.WAIT_S)
             client.sendto(NO_STEPS, (two_machines.CAR, 50002))
             assert client.recv(100)[1] == 0, "refused"
 
@@ -128,8 +128,9 @@ class Stage:
         network = [f"--{option}={self.network()[key]}" for option, key in (
             ("ecu", "ecu_ip"), ("control-port", "control_port"), ("receive-port", "receive_port"),
             ("fsp-port", "fsp_port"))]
-        return subprocess.run([self.tarvioctl, "doctor", *network], text=True, check=False,
-                              stdout=subprocess.PIPE).stdout
+        # An ECU on a busy machine may need longer than the doctor waits otherwise.
+        return subprocess.run([self.tarvioctl, "doctor", "--timeout", "2000", *network], text=True,
+                              check=False, stdout=subprocess.PIPE).stdout
 
     def end(self):
         for program in reversed(self.programs):
@@ -149,8 +150,12 @@ def window_in(stage, picture):
     """Tool tip of the light and text of the status bar, once the light is what it will be."""
     window = stage.window()
     light = stage.situation.light
-    programs.wait_for(light, lambda: window.link_state().startswith(light))
-    seen = {"light": window.link_state(), "message": window.message()}
+
+    def text_of_light():
+        text = window.link_state()
+        return text if text.startswith(light) else ""
+
+    seen = {"light": programs.wait_for(light, text_of_light), "message": window.message()}
     if picture:
         lines = seen["light"].count("\n") + 1
         window.picture_of_light(picture, PICTURE_HEIGHT + lines * LINE_HEIGHT)

@@ -14,6 +14,7 @@ import time
 
 HERE = pathlib.Path(__file__).resolve().parent
 WAIT_S = 60
+REPEAT_S = 5
 
 
 def wait_for(what, condition, seen=lambda: ""):
@@ -27,6 +28,19 @@ def wait_for(what, condition, seen=lambda: ""):
         if time.monotonic() > end:
             raise AssertionError(f"waited {WAIT_S} s for {what}\n{seen()}")
         time.sleep(0.1)
+
+
+def repeat(what, gesture, condition):
+    """Makes a gesture that does no harm when made again, until it has had its effect."""
+    end = time.monotonic() + WAIT_S
+    while time.monotonic() < end:
+        gesture()
+        again = time.monotonic() + REPEAT_S
+        while time.monotonic() < again:
+            if condition():
+                return
+            time.sleep(0.1)
+    raise AssertionError(f"waited {WAIT_S} s for {what}")
 
 
 def free_port():
@@ -70,7 +84,7 @@ class Program:
         if self.process.poll() is None:
             self.process.send_signal(signal.SIGTERM)
         try:
-            return self.process.wait(10)
+            return self.process.wait(WAIT_S)
         except subprocess.TimeoutExpired:
             self.process.kill()
             raise
@@ -146,12 +160,21 @@ class Tarvio(Program):
                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
                               check=False).stdout.split()
 
+    def all_shown(self):
+        """Its windows on the screen, menus and tool tips among them."""
+        return set(subprocess.run(["xdotool", "search", "--onlyvisible", "--pid",
+                                   str(self.process.pid)], stdout=subprocess.PIPE,
+                                  stderr=subprocess.DEVNULL, text=True, check=False).stdout.split())
+
     def type(self, *keys):
-        """Presses keys in the main window."""
+        """Presses keys in the main window, where each but the last opens a menu."""
         subprocess.run(["xdotool", "windowfocus", "--sync", self.shown_windows()[0]], check=True)
-        for key in keys:
+        for key in keys[:-1]:
+            before = self.all_shown()
             subprocess.run(["xdotool", "key", key], check=True)
-            time.sleep(0.2)  # a menu has to open before its mnemonics count
+            # Before it is open its mnemonics do not count.
+            wait_for(f"a menu after {key}", lambda shown=before: self.all_shown() - shown)
+        subprocess.run(["xdotool", "key", keys[-1]], check=True)
 
     def screenshot(self, path):
         subprocess.run(["import", "-window", "root", path], check=True)
@@ -167,9 +190,14 @@ class Tarvio(Program):
         output_of("xdotool", "windowmove", "--sync", window, str(screen_wide - wide),
                   str(screen_high - high))
         output_of("xdotool", "windowfocus", "--sync", window)
-        for step in (80, 60, 36):
-            output_of("xdotool", "mousemove", str(screen_wide - step), str(screen_high - 14))
-            time.sleep(0.2)
-        time.sleep(1.5)  # a tool tip comes after a moment of rest
+        before = self.all_shown()
+
+        def rest_on_light():
+            for step in (80, 60, 36):
+                output_of("xdotool", "mousemove", str(screen_wide - step), str(screen_high - 14))
+                time.sleep(0.2)
+
+        repeat("the tool tip", rest_on_light, lambda: self.all_shown() - before)
+        time.sleep(0.5)  # until it is painted
         output_of("import", "-window", "root", "-crop",
                   f"{wide}x{height}+{screen_wide - wide}+{screen_high - height}", "+repage", path)

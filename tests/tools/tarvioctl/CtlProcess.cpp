@@ -82,7 +82,9 @@ bool CtlProcess::waitForErrorOutput(const QString& text)
 
 void CtlProcess::interrupt()
 {
-    ::kill(static_cast<pid_t>(mProcess.processId()), SIGINT);
+    // 0 once it has ended, by which kill() means all that run with this test.
+    if (const auto process = static_cast<pid_t>(mProcess.processId()); process > 0)
+        ::kill(process, SIGINT);
 }
 
 CtlResult CtlProcess::waitForEnd()
@@ -117,8 +119,9 @@ void CtlProcess::collect()
     mErrorOutput += QString::fromUtf8(mProcess.readAllStandardError());
 }
 
-QStringList ecuOptions(quint16 controlPort)
+QStringList ecuOptions(quint16 controlPort, int timeoutMs)
 {
-    return {QStringLiteral("--ecu"), QStringLiteral("127.0.0.1"), QStringLiteral("--control-port"),
-            QString::number(controlPort)};
+    return {QStringLiteral("--ecu"),          QStringLiteral("127.0.0.1"),
+            QStringLiteral("--control-port"), QString::number(controlPort),
+            QStringLiteral("--timeout"),      QString::number(timeoutMs)};
 }

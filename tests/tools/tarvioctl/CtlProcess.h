@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/patience.h"
+
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -37,8 +39,10 @@ public:
     bool waitForOutput(const QString& text);
     bool waitForErrorOutput(const QString& text);
 
-    /// As the keys Ctrl-C do.
+    /// As the keys Ctrl-C do; nothing where the program has ended.
     void interrupt();
+
+    bool isRunning() const { return mProcess.state() == QProcess::Running; }
 
     CtlResult waitForEnd();
 
@@ -53,5 +57,7 @@ private:
     QString mErrorOutput;
 };
 
-/// The options that point a command at a simulated ECU on this machine.
-QStringList ecuOptions(quint16 controlPort);
+/// The options that point a command at a simulated ECU on this machine, which a busy machine may
+/// keep from answering for long. Where nobody answers the wait has to be short. Of an option that
+/// is given twice the last one counts.
+QStringList ecuOptions(quint16 controlPort, int timeoutMs = kAnswerPatienceMs);

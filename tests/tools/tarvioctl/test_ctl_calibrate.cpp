@@ -62,8 +62,7 @@ private slots:
     void ecuThatDiesInTheMiddleIsTold()
     {
         SimulatorProcess simulator({"--streams", "off", "--calibration", "never", "--verbose"});
-        CtlProcess process(QStringList{"calibrate", "1", "--timeout", "50"} +
-                           ecuOptions(simulator.controlPort()));
+        CtlProcess process(QStringList{"calibrate", "1"} + ecuOptions(simulator.controlPort(), 50));
         QVERIFY(simulator.waitForOutput(QStringLiteral("start auto calibration")));
         simulator.stop();
         const CtlResult result = process.waitForEnd();

@@ -5,6 +5,7 @@
 #include "tests/support/SimulatorProcess.h"
 #include "tests/support/TemporaryProfile.h"
 #include "tests/tools/tarvioctl/CtlProcess.h"
+#include "tests/tools/tarvioctl/StagedEcu.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -265,22 +266,25 @@ void TestCtlConfiguration::ecuThatConfirmsButKeepsSomethingElseIsTold()
 void TestCtlConfiguration::interruptedWriteIsFinished()
 {
     ctl({"read", file("a.orv")});
-    startEcu({"--verbose", "--delay-replies", "1", "--delay-ms", "60"});
-    CtlProcess process(QStringList{"write", file("a.orv")} + ecuOptions(mSimulator->controlPort()));
-    QVERIFY(mSimulator->waitForOutput(QStringLiteral("write thresholds")));
+    StagedEcu ecu;
+    ecu.holdAt(isWriting);
+    CtlProcess process(QStringList{"write", file("a.orv")} + ecuOptions(ecu.port()));
+    QVERIFY(ecu.waitUntilHeld());
     process.interrupt();
+    ecu.release();
     const CtlResult result = process.waitForEnd();
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY(mEcu->read() == configurationOfSeed(1));
+    QVERIFY(EcuAccess(ecu.port()).read() == configurationOfSeed(1));
 }
 
 void TestCtlConfiguration::interruptedReadingBackLeavesWhatWasTold()
 {
     ctl({"read", file("a.orv")});
-    startEcu({"--delay-replies", "1", "--delay-ms", "60"});
-    CtlProcess process(QStringList{"write", file("a.orv"), "--verify"} +
-                       ecuOptions(mSimulator->controlPort()));
+    StagedEcu ecu;
+    ecu.holdAt(isReading);
+    CtlProcess process(QStringList{"write", file("a.orv"), "--verify"} + ecuOptions(ecu.port()));
     QVERIFY(process.waitForOutput(QStringLiteral("sensor positions: written\n")));
+    QVERIFY(ecu.waitUntilHeld());
     process.interrupt();
     const CtlResult result = process.waitForEnd();
     QCOMPARE(result.exitStatus, -1); // by the signal
@@ -290,12 +294,12 @@ void TestCtlConfiguration::interruptedReadingBackLeavesWhatWasTold()
 void TestCtlConfiguration::ecuThatDiesInTheMiddleIsTold()
 {
     ctl({"read", file("a.orv")});
-    startEcu({"--verbose", "--delay-replies", "1", "--delay-ms", "60"});
-    CtlProcess process(QStringList{"write", file("a.orv"), "--timeout", "100"} +
-                       ecuOptions(mSimulator->controlPort()));
-    QVERIFY(mSimulator->waitForOutput(QStringLiteral("write thresholds")));
-    mSimulator->stop();
-    const CtlResult result = process.waitForEnd();
+    StagedEcu ecu;
+    ecu.holdAt([writings = 0](const auto& request) mutable {
+        return isWriting(request) && ++writings > 3;
+    });
+    const CtlResult result =
+        CtlProcess::run(QStringList{"write", file("a.orv")} + ecuOptions(ecu.port(), 100));
     QCOMPARE(result.exitStatus, 1);
     QVERIFY(result.output.startsWith(QStringLiteral("thresholds: NOT written (socket: ")));
     QCOMPARE(result.errorOutput.count(QLatin1Char('\n')), 1);

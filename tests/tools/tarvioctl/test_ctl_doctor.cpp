@@ -8,7 +8,15 @@
 #include <QtTest>
 
 #include <chrono>
+#include <functional>
 #include <thread>
+
+namespace {
+
+constexpr int kNobodyAnswersMs = 50;
+constexpr int kOtherDoctors = 5;
+
+} // namespace
 
 /// What the program finds where nothing arrives, each cause provoked once.
 class TestCtlDoctor : public QObject
@@ -24,8 +32,8 @@ private slots:
 
     void allIsWell()
     {
-        const SimulatorProcess ecu(ecuArguments());
-        const CtlResult result = doctor(ecu.controlPort());
+        const SimulatorProcess ecu(sending());
+        const CtlResult result = doctorWhoHears(arguments(ecu.controlPort()));
         QVERIFY2(result.exitStatus == 0, qPrintable(result.output));
         QVERIFY(!result.output.contains(QStringLiteral("PROBLEM")));
         QVERIFY(result.output.contains(QStringLiteral("firmware 2.14.0")));
@@ -35,7 +43,7 @@ private slots:
 
     void ecuThatIsNotThere()
     {
-        const CtlResult result = doctorWithoutAnswer(freeUdpPort());
+        const CtlResult result = CtlProcess::run(arguments(freeUdpPort(), kNobodyAnswersMs));
         QCOMPARE(result.exitStatus, 1);
         QVERIFY(hasProblem(result, QStringLiteral("no ECU answers at 127.0.0.1:")));
         QVERIFY(hasProblem(result, QStringLiteral("nothing arrives on port ")));
@@ -69,12 +77,12 @@ private slots:
 
     void ecuThatSendsFromAnotherAddress()
     {
-        const SimulatorProcess ecu(ecuArguments());
+        const SimulatorProcess ecu(sending());
         // Also this machine's, where nobody answers.
         const CtlResult result =
-            CtlProcess::run(QStringList{"doctor", "--timeout", "50", "--ecu", "127.0.0.2",
-                                        "--control-port", QString::number(freeUdpPort())} +
-                            ecuArguments());
+            doctorWhoHears(QStringList{"doctor", "--timeout", "50", "--ecu", "127.0.0.2",
+                                       "--control-port", QString::number(freeUdpPort())} +
+                           ecuArguments());
         QCOMPARE(result.exitStatus, 1);
         QVERIFY2(hasProblem(result, QStringLiteral("live data come from 127.0.0.1, not from "
                                                    "127.0.0.2\n")),
@@ -84,9 +92,9 @@ private slots:
 
     void ecuThatSendsButDoesNotAnswer()
     {
-        const SimulatorProcess ecu(ecuArguments());
+        const SimulatorProcess ecu(sending());
         const quint16 otherPort = freeUdpPort();
-        const CtlResult result = doctorWithoutAnswer(otherPort);
+        const CtlResult result = doctorWhoHears(arguments(otherPort, kNobodyAnswersMs));
         QVERIFY2(hasProblem(result, QStringLiteral("127.0.0.1 sends live data but does not answer "
                                                    "at port %1\n")
                                         .arg(otherPort)),
@@ -95,8 +103,9 @@ private slots:
 
     void senderIsNoQuestionWhereTheEcuAnswers()
     {
-        const SimulatorProcess ecu(ecuArguments());
-        const QString output = doctor(ecu.controlPort()).output;
+        const SimulatorProcess ecu(sending());
+        const QString output = doctorWhoHears(arguments(ecu.controlPort())).output;
+        QCOMPARE(output.count(QStringLiteral("from 127.0.0.1")), 2);
         QVERIFY2(!output.contains(QStringLiteral("live data")), qPrintable(output));
     }
 
@@ -120,7 +129,7 @@ private slots:
         LoopbackPeer peer;
         peer.sendTo(ecu.controlPort(),
                     orv::encodeRequest(orv::ControlCommand::MeasurementSequence, {{0, 0}}));
-        QVERIFY(peer.receive(5000));
+        QVERIFY(peer.receive(kAnswerPatienceMs));
         const CtlResult result = doctor(ecu.controlPort());
         QCOMPARE(result.exitStatus, 1);
         QVERIFY2(
@@ -153,14 +162,12 @@ private slots:
     void interruptionSaysNothingOfWhatArrives()
     {
         const SimulatorProcess ecu(ecuArguments());
-        CtlProcess process(arguments(ecu.controlPort()));
-        QVERIFY(
-            process.waitForOutput(QStringLiteral("local port %1 is free\n").arg(mFreespacePort)));
-        QVERIFY(waitUntilPortIsHeld(mFreespacePort));
-        process.interrupt();
-        const CtlResult result = process.waitForEnd();
+        CtlResult result = interruptedDoctor(ecu.controlPort());
+        // One that was no longer listening has found all that there is.
+        for (int more = kOtherDoctors; more > 0 && hasListened(result); --more)
+            result = interruptedDoctor(ecu.controlPort());
         QCOMPARE(result.exitStatus, 1);
-        QVERIFY(!result.output.contains(QStringLiteral(" on port ")));
+        QVERIFY(!hasListened(result));
         QVERIFY2(result.errorOutput.startsWith(QStringLiteral("Interrupted: ")),
                  qPrintable(result.errorOutput));
     }
@@ -169,7 +176,10 @@ private slots:
     {
         const SimulatorProcess ecu(ecuArguments() + QStringList{"--streams", "off"});
         const std::jthread stranger = sendsNonsense();
-        const CtlResult result = doctor(ecu.controlPort());
+        const CtlResult result =
+            doctorUntil(arguments(ecu.controlPort()), [this](const QString& output) {
+                return !output.contains(nothingArrivesOn(mReceivePort));
+            });
         QVERIFY2(hasProblem(result, QStringLiteral("what arrives on port %1 from 127.0.0.1 is no "
                                                    "record")
                                         .arg(mReceivePort)),
@@ -178,13 +188,16 @@ private slots:
 
     void nonsenseAmongRecordsIsToldBesideThem()
     {
-        const SimulatorProcess ecu(ecuArguments());
+        const SimulatorProcess ecu(sending());
         const std::jthread stranger = sendsNonsense();
-        const CtlResult result = doctor(ecu.controlPort());
-        QCOMPARE(result.exitStatus, 1);
         const QRegularExpression problem(
             QStringLiteral("PROBLEM  [1-9][0-9]* datagrams on port %1 are no records")
                 .arg(mReceivePort));
+        const CtlResult result =
+            doctorUntil(arguments(ecu.controlPort()), [&problem](const QString& output) {
+                return problem.match(output).hasMatch();
+            });
+        QCOMPARE(result.exitStatus, 1);
         QVERIFY2(problem.match(result.output).hasMatch(), qPrintable(result.output));
         QVERIFY(!result.output.contains(QStringLiteral(", 0 datagrams that cannot be decoded on "
                                                        "port %1 ")
@@ -210,19 +223,53 @@ private:
                 QString::number(mFreespacePort)};
     }
 
-    // A busy machine may keep an ECU from answering for long; where nobody answers the wait is
-    // short.
-    QStringList arguments(quint16 controlPort, int timeoutMs = 5000) const
+    // An ECU of which much arrives while a doctor listens.
+    QStringList sending() const { return ecuArguments() + QStringList{"--rate", "200"}; }
+
+    QStringList arguments(quint16 controlPort, int timeoutMs = kAnswerPatienceMs) const
     {
-        return QStringList{"doctor", "--timeout", QString::number(timeoutMs)} + ecuArguments() +
-               ecuOptions(controlPort);
+        return QStringList{"doctor"} + ecuArguments() + ecuOptions(controlPort, timeoutMs);
     }
 
     CtlResult doctor(quint16 controlPort) const { return CtlProcess::run(arguments(controlPort)); }
 
-    CtlResult doctorWithoutAnswer(quint16 controlPort) const
+    // A doctor listens for two seconds, in which a busy machine may not let the sender do anything:
+    // then another one has to look.
+    static CtlResult doctorUntil(const QStringList& arguments,
+                                 const std::function<bool(const QString&)>& hasSeenIt)
     {
-        return CtlProcess::run(arguments(controlPort, 50));
+        CtlResult result = CtlProcess::run(arguments);
+        for (int more = kOtherDoctors; more > 0 && !hasSeenIt(result.output); --more)
+            result = CtlProcess::run(arguments);
+        return result;
+    }
+
+    CtlResult doctorWhoHears(const QStringList& arguments) const
+    {
+        return doctorUntil(arguments, [this](const QString& output) {
+            return !output.contains(nothingArrivesOn(mReceivePort)) &&
+                   !output.contains(nothingArrivesOn(mFreespacePort));
+        });
+    }
+
+    CtlResult interruptedDoctor(quint16 controlPort) const
+    {
+        CtlProcess process(arguments(controlPort));
+        process.waitForOutput(QStringLiteral("local port %1 is free\n").arg(mFreespacePort));
+        while (process.isRunning() && !isPortHeld(mFreespacePort))
+            QTest::qWait(1);
+        process.interrupt();
+        return process.waitForEnd();
+    }
+
+    static bool hasListened(const CtlResult& result)
+    {
+        return result.output.contains(QStringLiteral(" on port "));
+    }
+
+    static QString nothingArrivesOn(quint16 port)
+    {
+        return QStringLiteral("nothing arrives on port %1\n").arg(port);
     }
 
     static bool hasProblem(const CtlResult& result, const QString& finding)

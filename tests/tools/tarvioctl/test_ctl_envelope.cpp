@@ -1,12 +1,14 @@
 #include "tests/support/EcuAccess.h"
 #include "tests/support/LoopbackPeer.h"
-#include "tests/support/SimulatorProcess.h"
-#include "tests/support/held_port.h"
 #include "tests/tools/tarvioctl/CtlProcess.h"
+#include "tests/tools/tarvioctl/StagedEcu.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <memory>
+#include <optional>
 
 /// An envelope curve recording, as a user runs it.
 class TestCtlEnvelope : public QObject
@@ -30,32 +32,21 @@ private slots:
     void missingOptionsAreWrongUsage();
 
 private:
-    void startEcu(const QStringList& arguments = {});
     QStringList command(const QString& fileName) const;
     QString file() const { return mFolder->filePath(QStringLiteral("envelope.csv")); }
-    orv::SensorThreshold thresholds();
+    std::optional<orv::SensorThreshold> thresholds() const;
 
     std::unique_ptr<QTemporaryDir> mFolder;
-    std::unique_ptr<SimulatorProcess> mSimulator;
-    std::unique_ptr<EcuAccess> mEcu;
+    std::unique_ptr<StagedEcu> mEcu;
     quint16 mReceivePort = 0;
 };
 
 void TestCtlEnvelope::init()
 {
     mFolder = std::make_unique<QTemporaryDir>();
-    startEcu();
-}
-
-// Fast, so that a sweep takes about a second.
-void TestCtlEnvelope::startEcu(const QStringList& arguments)
-{
     mReceivePort = freeUdpPort();
-    mSimulator = std::make_unique<SimulatorProcess>(
-        QStringList{"--rate", "500", "--scene", "wall", "--verbose", "--receive-port",
-                    QString::number(mReceivePort), "--fsp-port", "0"} +
-        arguments);
-    mEcu = std::make_unique<EcuAccess>(mSimulator->controlPort());
+    mEcu = std::make_unique<StagedEcu>();
+    mEcu->measureInto(mReceivePort);
 }
 
 QStringList TestCtlEnvelope::command(const QString& fileName) const
@@ -71,14 +62,15 @@ QStringList TestCtlEnvelope::command(const QString& fileName) const
                        QString::number(mReceivePort),
                        "--fsp-port",
                        "0"} +
-           ecuOptions(mSimulator->controlPort());
+           ecuOptions(mEcu->port());
 }
 
-orv::SensorThreshold TestCtlEnvelope::thresholds()
+// Those of sensor 4; none when they cannot be read.
+std::optional<orv::SensorThreshold> TestCtlEnvelope::thresholds() const
 {
     orv::SensorThreshold threshold;
-    if (!mEcu->client().readThresholds(3, threshold))
-        qWarning("no thresholds");
+    if (!EcuAccess(mEcu->port()).client().readThresholds(3, threshold))
+        return std::nullopt;
     return threshold;
 }
 
@@ -109,27 +101,31 @@ void TestCtlEnvelope::progressEndsItsLineOnATerminal()
 
 void TestCtlEnvelope::everyPositionIsSwept()
 {
-    CtlProcess::run(command(file()));
-    mSimulator->stop();
-    const QString requests = mSimulator->output();
+    QCOMPARE(CtlProcess::run(command(file())).exitStatus, 0);
     // The thresholds before, 146 positions, the thresholds again.
-    QCOMPARE(requests.count(QStringLiteral("write for this run thresholds of sensor 4")), 148);
+    QCOMPARE(mEcu->writingsForThisRun(3), 148);
 }
 
 void TestCtlEnvelope::thresholdsAreAsBefore()
 {
-    const orv::SensorThreshold before = thresholds();
+    const auto before = thresholds();
+    QVERIFY(before);
     QCOMPARE(CtlProcess::run(command(file())).exitStatus, 0);
     QVERIFY(thresholds() == before);
 }
 
 void TestCtlEnvelope::interruptionGivesTheThresholdsBack()
 {
-    startEcu({"--rate", "20"});
-    const orv::SensorThreshold before = thresholds();
+    const auto before = thresholds();
+    QVERIFY(before);
+    // At the fifth position.
+    mEcu->holdAt([writings = 0](const auto& request) mutable {
+        return isWriting(request) && ++writings == 6;
+    });
     CtlProcess process(command(file()));
-    QTRY_VERIFY_WITH_TIMEOUT(!(thresholds() == before), 30000);
+    QVERIFY(mEcu->waitUntilHeld());
     process.interrupt();
+    mEcu->release();
     const CtlResult result = process.waitForEnd();
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.errorOutput,
@@ -140,22 +136,21 @@ void TestCtlEnvelope::interruptionGivesTheThresholdsBack()
 
 void TestCtlEnvelope::thresholdsThatCannotBeGivenBackAreTold()
 {
-    startEcu({"--rate", "20"});
-    CtlProcess process(command(file()) + QStringList{"--timeout", "1000"});
-    QVERIFY(mSimulator->waitForOutput(QStringLiteral("write for this run thresholds")));
-    mSimulator->stop();
-    const CtlResult result = process.waitForEnd();
+    mEcu->measureInto(mReceivePort, 1);
+    mEcu->refuseFrom(4);
+    const CtlResult result = CtlProcess::run(command(file()));
     QCOMPARE(result.exitStatus, 1);
-    QVERIFY2(result.errorOutput.startsWith(
-                 QStringLiteral("The thresholds of sensor 4 could not be given back (socket: ")),
+    QVERIFY2(result.errorOutput.startsWith(QStringLiteral(
+                 "The thresholds of sensor 4 could not be given back (ECU error (7)): ")),
              qPrintable(result.errorOutput));
     QVERIFY(!QFile::exists(file()));
 }
 
 void TestCtlEnvelope::ecuWithoutStreamIsTold()
 {
-    startEcu({"--streams", "off"});
-    const orv::SensorThreshold before = thresholds();
+    mEcu->measureInto(mReceivePort, 0);
+    const auto before = thresholds();
+    QVERIFY(before);
     const CtlResult result = CtlProcess::run(command(file()));
     QCOMPARE(result.exitStatus, 1);
     QVERIFY(result.errorOutput.contains(QStringLiteral("tarvioctl doctor")));
@@ -165,13 +160,10 @@ void TestCtlEnvelope::ecuWithoutStreamIsTold()
 
 void TestCtlEnvelope::streamThatStopsIsTold()
 {
-    startEcu({"--streams", "off"});
-    const orv::SensorThreshold before = thresholds();
-    CtlProcess process(command(file()));
-    QVERIFY(waitUntilPortIsHeld(mReceivePort));
-    // Sensor 2 sends, 3 listens, nobody hears anything.
-    LoopbackPeer().sendTo(mReceivePort, {5, 0, 0, 0, 2, 0, 4, 0, 0});
-    const CtlResult result = process.waitForEnd();
+    mEcu->measureInto(mReceivePort, 5);
+    const auto before = thresholds();
+    QVERIFY(before);
+    const CtlResult result = CtlProcess::run(command(file()));
     QCOMPARE(result.exitStatus, 1);
     QVERIFY2(result.errorOutput.startsWith(
                  QStringLiteral("The measurements have stopped in the middle of the sweep")),
@@ -182,10 +174,10 @@ void TestCtlEnvelope::streamThatStopsIsTold()
 
 void TestCtlEnvelope::refusedThresholdsEndItBeforeItBegins()
 {
-    startEcu({"--status", "1=5"});
+    mEcu->refuseFrom(1);
     const CtlResult result = CtlProcess::run(command(file()));
     QCOMPARE(result.exitStatus, 1);
-    QVERIFY(result.errorOutput.contains(QStringLiteral("ECU error (5)")));
+    QVERIFY(result.errorOutput.contains(QStringLiteral("ECU error (7)")));
     QVERIFY(!QFile::exists(file()));
 }
 

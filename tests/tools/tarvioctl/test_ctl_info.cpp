@@ -33,7 +33,7 @@ private slots:
     void ecuThatIsNotThereIsOneSentence()
     {
         const CtlResult result =
-            CtlProcess::run(QStringList{"info", "--timeout", "20"} + ecuOptions(freeUdpPort()));
+            CtlProcess::run(QStringList{"info"} + ecuOptions(freeUdpPort(), 20));
         QCOMPARE(result.exitStatus, 1);
         QCOMPARE(result.output, QString());
         QCOMPARE(result.errorOutput,
@@ -55,7 +55,8 @@ private slots:
         const SimulatorProcess ecu({"--streams", "off"});
         TemporaryProfile profile;
         profile.setNetwork(ecu.controlPort(), 4001, 4003);
-        const CtlResult result = CtlProcess::run({"info"});
+        const CtlResult result =
+            CtlProcess::run({"info", "--timeout", QString::number(kAnswerPatienceMs)});
         QCOMPARE(result.exitStatus, 0);
         QCOMPARE(result.errorOutput,
                  QStringLiteral("ECU 127.0.0.1, control port %1, as stored by Tarvio.\n")

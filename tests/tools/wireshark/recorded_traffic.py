@@ -109,29 +109,47 @@ def free_ports(count):
     return ports
 
 
-def control_traffic(simulator, options, commands, folder):
-    """Runs tarvioctl commands against an ECU; the capture of it, and its control port. What the
-    commands say does not matter: with most faults they fail."""
+def control_traffic(simulator, options, commands, folder, timeout_ms=10000):
+    """Runs tarvioctl commands against an ECU, which a busy machine may keep from answering for long;
+    the capture of it, and its control port. What the commands say does not matter: with most faults
+    they fail."""
     path = pathlib.Path(folder) / "control.pcap"
     with SimulatedEcu(simulator, "--streams", "off", *options) as ecu:
         relay = Relay(ecu.control_port, Capture(path))
         try:
             for command in commands:
-                subprocess.run([*command, "--ecu", LOOPBACK, "--control-port", str(relay.port)],
+                subprocess.run([*command, "--ecu", LOOPBACK, "--control-port", str(relay.port),
+                                "--timeout", str(timeout_ms)],
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False,
-                               timeout=120)
+                               timeout=600)
         finally:
             relay.end()
     return path, relay.port
 
 
-def stream_traffic(simulator, tarvioctl, options, folder):
-    """What tarvioctl records of the live streams; the capture, and the two ports."""
+def packets_in(path):
+    """How many packets the capture holds."""
+    data = path.read_bytes()
+    at, count = 24, 0
+    while at < len(data):
+        at += 16 + struct.unpack_from("<I", data, at + 8)[0]
+        count += 1
+    return count
+
+
+def stream_traffic(simulator, tarvioctl, options, folder, packets=30):
+    """What tarvioctl records of the live streams, some packets at the least; the capture, and the
+    two ports."""
     path = pathlib.Path(folder) / "streams.pcap"
     receive_port, freespace_port = map(str, free_ports(2))
     with SimulatedEcu(simulator, "--receive-port", receive_port, "--fsp-port", freespace_port,
                       *options):
-        subprocess.run([tarvioctl, "record", path, "--seconds", "1", "--ecu", LOOPBACK,
-                        "--receive-port", receive_port, "--fsp-port", freespace_port],
-                       check=True, timeout=120, stdout=subprocess.DEVNULL)
-    return path, receive_port, freespace_port
+        # A busy machine needs longer for them.
+        for seconds in (1, 5, 30):
+            result = subprocess.run(
+                [tarvioctl, "record", path, "--seconds", str(seconds), "--ecu", LOOPBACK,
+                 "--receive-port", receive_port, "--fsp-port", freespace_port],
+                check=False, timeout=600, stdout=subprocess.DEVNULL)
+            if result.returncode == 0 and packets_in(path) >= packets:
+                return path, receive_port, freespace_port
+    raise RuntimeError(f"status {result.returncode}, {packets_in(path)} of {packets} packets")

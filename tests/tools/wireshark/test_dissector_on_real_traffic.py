@@ -36,8 +36,9 @@ class DissectorOnRealTraffic(unittest.TestCase):
         """One command against an ECU with a fault."""
         return self.control([[TARVIOCTL, "info"]], *options)
 
-    def streams(self, *options):
-        path, receive, freespace = traffic.stream_traffic(SIMULATOR, TARVIOCTL, options, self.folder)
+    def streams(self, *options, **wanted):
+        path, receive, freespace = traffic.stream_traffic(SIMULATOR, TARVIOCTL, options, self.folder,
+                                                          **wanted)
         frames = readings.dissect(path, "-o", f"tarvio.receiving_port:{receive}",
                                   "-o", f"tarvio.freespace_port:{freespace}")
         measurements = [frame for frame in frames if "tarvio.measurement" in frame]
@@ -82,10 +83,13 @@ class DissectorOnRealTraffic(unittest.TestCase):
         self.assertEqual([frame.numbers("tarvio.control.response_to")[0] - 1 for frame in replies],
                          requests)
         for frame in frames:
-            self.assertFalse(frame.marks() & FAULTS, frame.fields)
+            # Late on a busy machine is late.
+            self.assertFalse(frame.marks() & FAULTS - {"late"}, frame.fields)
             self.assertEqual(frame.text("tarvio.control.checksum_good"), "1")
-        self.assertTrue(all(0 <= frame.numbers("tarvio.control.time")[0] < 0.5
-                            for frame in replies))
+        for frame in replies:
+            [time] = frame.numbers("tarvio.control.time")
+            self.assertGreaterEqual(time, 0)
+            self.assertEqual("late" in frame.marks(), time > 0.5, time)
 
     def test_firmware_and_network_settings_are_those_that_info_tells(self):
         records = [readings.control_record(frame) for frame in self.info()
@@ -119,8 +123,8 @@ class DissectorOnRealTraffic(unittest.TestCase):
 
     def test_late_reply_is_marked(self):
         path, port = traffic.control_traffic(
-            SIMULATOR, ["--delay-replies", "1", "--delay-ms", "700"],
-            [[TARVIOCTL, "info", "--timeout", "5000"]], self.folder)
+            SIMULATOR, ["--delay-replies", "1", "--delay-ms", "700"], [[TARVIOCTL, "info"]],
+            self.folder)
         frames = readings.dissect(path, "-o", f"tarvio.control_port:{port}")
         self.assertIn("late", frames[1].marks())
         self.assertGreater(frames[1].numbers("tarvio.control.time")[0], 0.69)
@@ -145,12 +149,13 @@ class DissectorOnRealTraffic(unittest.TestCase):
 
     def test_request_without_a_reply_is_marked_once_the_capture_is_known(self):
         path, port = traffic.control_traffic(SIMULATOR, ["--drop-replies", "1"],
-                                             [[TARVIOCTL, "info"]], self.folder)
+                                             [[TARVIOCTL, "info"]], self.folder, timeout_ms=500)
         frames = readings.dissect(path, "-2", "-o", f"tarvio.control_port:{port}")
         self.assertIn("unanswered", frames[0].marks())
 
     def test_damaged_streams_are_marked(self):
-        measurements, freespaces = self.streams("--corrupt-stream", "0.5", "--rate", "200")
+        measurements, freespaces = self.streams("--corrupt-stream", "0.5", "--rate", "200",
+                                                packets=200)
         dropped = [frame for frame in freespaces
                    if frame.text("tarvio.error") == "wrong datagram format"]
         self.assertTrue(dropped)
