@@ -4,6 +4,17 @@
 
 #include <QPainter>
 
+namespace {
+
+// What is behind the slots, as far as it can be a part of their pictures: nothing of a pattern.
+QColor backgroundOf(const QWidget& slot)
+{
+    const QBrush& background = slot.palette().brush(slot.backgroundRole());
+    return background.style() == Qt::SolidPattern ? background.color() : Qt::transparent;
+}
+
+} // namespace
+
 void TimelinePictures::reset(int count)
 {
     mSlots.assign(static_cast<std::size_t>(count), {});
@@ -47,7 +58,8 @@ void TimelinePictures::fit(Picture& picture, const OrvgSignalWidget& slot)
 
 void TimelinePictures::paint(Picture& picture, const OrvgSignalWidget& slot)
 {
-    picture.pixmap.fill(Qt::transparent);
+    // An opaque picture is copied, which takes half the time of laying it over the background.
+    picture.pixmap.fill(backgroundOf(slot));
     QPainter painter(&picture.pixmap);
     slot.paint(painter);
     picture.isPainted = true;

@@ -295,6 +295,18 @@ private slots:
         }
     }
 
+    void patternedBackgroundShowsThrough()
+    {
+        QPalette palette;
+        palette.setBrush(QPalette::Window, QBrush(Qt::red, Qt::DiagCrossPattern));
+        QApplication::setPalette(palette);
+        Pair pair({697, 50});
+        for (int count = 0; count < 20; ++count) {
+            pair.takeResult();
+            QCOMPARE(pair.difference(), QString());
+        }
+    }
+
     void largePictureLooksLikeItsReference_data()
     {
         QTest::addColumn<QSize>("size");
