@@ -10,6 +10,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QToolTip>
 #include <QWheelEvent>
@@ -122,7 +123,20 @@ bool OrvgFreespaceGraphicsView::event(QEvent* event)
     // Hidden or behind a modal dialog the mouse leaves no item any more.
     if (event->type() == QEvent::Hide || event->type() == QEvent::WindowBlocked)
         forgetMouse();
-    return QGraphicsView::event(event);
+    const bool isTaken = QGraphicsView::event(event);
+    if (event->type() == QEvent::Paint)
+        paintFocus();
+    return isTaken;
+}
+
+// In the frame around the picture, which scrolls without it.
+void OrvgFreespaceGraphicsView::paintFocus()
+{
+    if (!hasFocus())
+        return;
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void OrvgFreespaceGraphicsView::keyPressEvent(QKeyEvent* event)

@@ -75,6 +75,7 @@ private:
     void bringIntoSight(const QRectF& place);
     void zoom(int steps);
     void forgetMouse();
+    void paintFocus();
 
     FreespaceScene* mScene; // like the others a child, or a child of one
     MarkerEditor* mEditor;

@@ -1,6 +1,10 @@
 #include "tests/views/freespace/EditedPicture.h"
 
+#include <QBackingStore>
 #include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QImage>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QtTest>
 
@@ -17,6 +21,14 @@ void postKeys(QWidget& widget, std::initializer_list<int> keys,
             QCoreApplication::postEvent(&widget, new QKeyEvent(type, key, modifiers));
     }
     QCoreApplication::sendPostedEvents(&widget);
+}
+
+// Where the window was painted last, by itself.
+QColor colorOnScreen(const QWidget& window, const QPoint& place)
+{
+    QCoreApplication::processEvents();
+    const auto* screen = static_cast<const QImage*>(window.backingStore()->paintDevice());
+    return screen->pixelColor(place * window.devicePixelRatioF());
 }
 
 } // namespace
@@ -44,6 +56,27 @@ private slots:
         view.sensor(11).setPos(60000, 0);
         QTest::keyClick(&view, Qt::Key_PageUp);
         QVERIFY(view.viewport()->rect().contains(view.pixel(11)));
+    }
+
+    void pictureThatHasTheKeysIsFramed()
+    {
+        QWidget window;
+        QHBoxLayout layout(&window);
+        OrvgFreespaceGraphicsView view;
+        QPushButton button;
+        layout.addWidget(&view);
+        layout.addWidget(&button);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const QColor highlight = view.palette().color(QPalette::Highlight);
+        view.setFocus();
+        for (const QPoint corner : {QPoint(0, 0), view.rect().bottomRight()})
+            QCOMPARE(colorOnScreen(window, view.mapTo(&window, corner)), highlight);
+        QTest::keyClick(&view, Qt::Key_Tab);
+        QVERIFY(button.hasFocus());
+        for (const QPoint corner : {QPoint(0, 0), view.rect().bottomRight()})
+            QVERIFY(colorOnScreen(window, view.mapTo(&window, corner)) != highlight);
     }
 
     void pageKeysScrollInViewMode()
