@@ -14,6 +14,7 @@
 #include <QScrollBar>
 #include <QToolTip>
 #include <QWheelEvent>
+#include <qdrawutil.h>
 
 namespace {
 
@@ -135,8 +136,7 @@ void OrvgFreespaceGraphicsView::paintFocus()
     if (!hasFocus())
         return;
     QPainter painter(this);
-    painter.setPen(palette().color(QPalette::Highlight));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    qDrawPlainRect(&painter, rect(), palette().color(QPalette::Highlight), frameWidth());
 }
 
 void OrvgFreespaceGraphicsView::keyPressEvent(QKeyEvent* event)
